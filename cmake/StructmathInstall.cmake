@@ -8,6 +8,10 @@ install(DIRECTORY "${PROJECT_SOURCE_DIR}/include/structmath"
   FILES_MATCHING PATTERN "*.hpp")
 install(FILES "${STRUCTMATH_GENERATED_INCLUDE_DIR}/structmath/export.hpp"
   DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/structmath")
+if(TARGET structmath_io)
+  install(FILES "${STRUCTMATH_GENERATED_INCLUDE_DIR}/structmath/io/export.hpp"
+    DESTINATION "${CMAKE_INSTALL_INCLUDEDIR}/structmath/io")
+endif()
 
 set(STRUCTMATH_INSTALL_TARGETS structmath)
 if(TARGET structmath_io)

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+// ParseError: the exception every reader throws for a malformed or truncated file.
+#pragma once
+
+#include <stdexcept>
+#include <string>
+
+#include "structmath/io/export.hpp"
+
+namespace structmath::io {
+
+/// Thrown by the readers. what() is "<file>:<line>: <problem>", for example
+/// "caffeine.xyz:5: expected a number for x, found 'l.23'"; line 0 means the file
+/// as a whole (it could not be opened, or it ended early).
+class STRUCTMATH_IO_API ParseError : public std::runtime_error {
+ public:
+  ParseError(std::string file, int line, std::string const& problem);
+
+  std::string const& file() const noexcept { return file_; }
+  int line() const noexcept { return line_; }
+
+ private:
+  std::string file_;
+  int line_;
+};
+
+}  // namespace structmath::io
