@@ -31,6 +31,44 @@ Wide signed_divisor(Wide numerator, Wide denominator) {
   }
 }
 
+// The positive greatest common divisor of two non-zero magnitudes, by Stein's
+// binary method: shifts and subtractions instead of 64-bit divisions.
+unsigned long long magnitude_divisor(unsigned long long a, unsigned long long b) {
+#if defined(__GNUC__) || defined(__clang__)
+  int const shift = __builtin_ctzll(a | b);
+  a >>= __builtin_ctzll(a);
+  do {
+    b >>= __builtin_ctzll(b);
+    if (a > b) std::swap(a, b);
+    b -= a;
+  } while (b != 0);
+  return a << shift;
+#else
+  while (b != 0) {
+    unsigned long long const r = a % b;
+    a = b;
+    b = r;
+  }
+  return a;
+#endif
+}
+
+unsigned long long magnitude(Wide value) {
+  return value < 0 ? 0ULL - static_cast<unsigned long long>(value)
+                   : static_cast<unsigned long long>(value);
+}
+
+// Truncating a / b; operands that fit in 32 bits use the much faster 32-bit
+// division (INT_MIN is left to the 64-bit one, as INT_MIN / -1 would trap).
+Wide divide(Wide a, Wide b) {
+  constexpr Wide low = -static_cast<Wide>(std::numeric_limits<int>::max());
+  constexpr Wide high = std::numeric_limits<int>::max();
+  if (a >= low && a <= high && b >= low && b <= high) {
+    return static_cast<int>(a) / static_cast<int>(b);
+  }
+  return a / b;
+}
+
 int narrow(Wide value) {
   if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) {
     Fraction::overflow();
@@ -77,15 +115,18 @@ void Fraction::overflow() { throw std::overflow_error("Fraction: integer overflo
 
 Fraction Fraction::reduced(Wide whole, Wide numerator, Wide denominator) {
   if (denominator == 0) throw std::invalid_argument(kZeroDenominator);
-  Wide const quotient = numerator / denominator;
+  Wide const quotient = divide(numerator, denominator);
   if (quotient != 0) {
     whole += quotient;
     numerator -= quotient * denominator;
   }
   if (numerator != 0) {
-    Wide const divisor = signed_divisor(numerator, denominator);
-    numerator /= divisor;
-    denominator /= divisor;
+    // Any divisor of the same magnitude as signed_divisor's gives the same result
+    // once the sign is moved to the numerator, so the faster one is used here.
+    auto const divisor =
+        static_cast<Wide>(magnitude_divisor(magnitude(numerator), magnitude(denominator)));
+    numerator = divide(numerator, divisor);
+    denominator = divide(denominator, divisor);
     if (denominator < 0) {
       numerator = -numerator;
       denominator = -denominator;
