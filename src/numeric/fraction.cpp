@@ -2,6 +2,9 @@
 // Fraction: simplification, arithmetic, powers, printing and archiving.
 #include "structmath/numeric/fraction.hpp"
 
+#include "structmath/numeric/tolerance.hpp"
+
+#include <cmath>
 #include <limits>
 #include <ostream>
 #include <stdexcept>
@@ -76,37 +79,14 @@ int narrow(Wide value) {
   return static_cast<int>(value);
 }
 
-// base to the power exponent by square-and-multiply, checking before every
-// product that x <= 2147483646 / b + 1. The ceiling-style bound lets a product
-// reach exactly 2^31; the caller's narrowing to int rejects that value.
-Wide integer_power(int base, unsigned exponent) {
-  if (exponent == 0) return 1;
-  if (base == 0) return 0;
-  if (base == 1) return 1;
-  if (base == -1) return (exponent % 2 == 1) ? -1 : 1;
-  Wide b = base < 0 ? -static_cast<Wide>(base) : base;
-  bool negate = false;
-  Wide accumulator = 1;
-  if (base < 0 && exponent % 2 == 1) {
-    negate = true;
-    accumulator = b;
-    --exponent;
+// ipow() of a whole number, rejecting the results just above INT_MAX that its
+// ceiling-style bound admits (they wrap): a double holds every such power exactly.
+int whole_power(int base, unsigned exponent) {
+  int const result = ipow(base, exponent);
+  if (static_cast<double>(result) != std::pow(static_cast<double>(base), exponent)) {
+    Fraction::overflow();
   }
-  auto const check = [](Wide x, Wide factor) {
-    if (x > 2147483646 / factor + 1) throw std::invalid_argument("ipow(): overflow.");
-  };
-  while (exponent != 0) {
-    if (exponent % 2 == 0) {
-      exponent /= 2;
-      check(b, b);
-      b *= b;
-    } else {
-      check(accumulator, b);
-      accumulator *= b;
-      --exponent;
-    }
-  }
-  return negate ? -accumulator : accumulator;
+  return result;
 }
 
 }  // namespace
@@ -286,7 +266,7 @@ Fraction pow(Fraction const& f, int n) {
   if (n == 0) return Fraction();
   if (f.numerator() == 0) {
     if (f.whole() == 1) return Fraction();
-    if (n > 0) return Fraction(narrow(integer_power(f.whole(), static_cast<unsigned>(n))));
+    if (n > 0) return Fraction(whole_power(f.whole(), static_cast<unsigned>(n)));
   }
   Fraction base = f;
   Wide exponent = n;
