@@ -100,18 +100,18 @@ void Simplex::combine(double c_centroid, double c_from, std::vector<double> cons
 }
 
 bool Simplex::minimise_simplex(PenaltyFunction& pf, VariableValue) {
-  if (true_dimension_ < 1) {
-    // With a single vertex there is nothing to order or move.
+  auto const nvertices = vertices_.size();
+  auto const n = static_cast<std::size_t>(nominal_dimension_);
+  nevaluations_ = 0;
+  niterations_ = 0;
+  values_.resize(nvertices);
+  for (std::size_t i = 0; i < nvertices; ++i) values_[i] = evaluate(pf, vertices_[i]);
+  if (nvertices < 2) {
+    // A single vertex has nothing to be ordered against or moved towards.
     throw std::runtime_error(
         "Simplex::minimise_simplex(PenaltyFunction& pf, VariableValue vv): no free dimension "
         "to vary");
   }
-  auto const nvertices = static_cast<std::size_t>(true_dimension_) + 1;
-  auto const n = static_cast<std::size_t>(nominal_dimension_);
-  nevaluations_ = 0;
-  values_.resize(nvertices);
-  for (std::size_t i = 0; i < nvertices; ++i) values_[i] = evaluate(pf, vertices_[i]);
-  niterations_ = 0;
   auto& y = values_;
 
   while (niterations_ <= max_iterations_) {
@@ -139,7 +139,7 @@ bool Simplex::minimise_simplex(PenaltyFunction& pf, VariableValue) {
       if (i == hi) continue;
       for (std::size_t j = 0; j < n; ++j) centroid_[j] += vertices_[i][j];
     }
-    for (std::size_t j = 0; j < n; ++j) centroid_[j] /= static_cast<double>(true_dimension_);
+    for (std::size_t j = 0; j < n; ++j) centroid_[j] /= static_cast<double>(nvertices - 1);
 
     auto& worst = vertices_[hi];
     combine(1.0 + alpha_, -alpha_, worst, reflected_);
