@@ -18,7 +18,7 @@ XY rosenbrock_xy(std::vector<THandle<FunctionVariable>> const& variables, Variab
   if (variables.size() == 2) {
     return {variables[0]->double_value(vv), variables[1]->double_value(vv)};
   }
-  if (variables.size() == 1) {
+  if (!variables.empty()) {
     auto const& v = variables[0]->value(vv);
     if (v.size() >= 2) return {v[0], v[1]};
   }

@@ -142,23 +142,6 @@ TEST(FunctionVariable, SetStartingFromDoubleAndPointCheckTheDimension) {
   EXPECT_EQ(two.value(STARTING), (Values{1.0, 2.0}));
 }
 
-TEST(FunctionVariable, FixingAndPerturbationsChangeNoValues) {
-  FunctionVariable v(Values{1.0, 2.0, 3.0});
-  v.fix_to_starting();
-  EXPECT_EQ(flags_of(v), (std::vector<bool>(3, true)));
-  EXPECT_EQ(v.value(STARTING), (Values{1.0, 2.0, 3.0}));
-  v.unfix(1);
-  EXPECT_EQ(flags_of(v), (std::vector<bool>{true, false, true}));
-  v.unfix();
-  v.fix_to_starting(2);
-  EXPECT_EQ(flags_of(v), (std::vector<bool>{false, false, true}));
-
-  v.set_perturbation(0.5);
-  v.set_perturbation(2, 3.0);
-  EXPECT_EQ(perturbations_of(v), (Values{0.5, 0.5, 3.0}));
-  EXPECT_EQ(v.value(LATEST), (Values{1.0, 2.0, 3.0}));
-}
-
 TEST(FunctionVariable, PerDimensionOperationsRejectIndicesOutsideTheDimension) {
   FunctionVariable v(Values{1.0, 2.0});
   for (int bad : {-1, 2}) {
@@ -179,6 +162,12 @@ TEST(FunctionVariable, PerDimensionOperationsRejectIndicesOutsideTheDimension) {
   }
   EXPECT_EQ(flags_of(v), (std::vector<bool>{false, false}));
   EXPECT_EQ(perturbations_of(v), (Values{1.0, 1.0}));
+  // The whole-variable forms touch every dimension and no value.
+  v.fix_to_starting();
+  v.set_perturbation(0.5);
+  EXPECT_EQ(flags_of(v), (std::vector<bool>{true, true}));
+  EXPECT_EQ(perturbations_of(v), (Values{0.5, 0.5}));
+  EXPECT_EQ(v.value(LATEST), (Values{1.0, 2.0}));
   // A variable without a dimension has no valid index.
   expect_throw_text<std::invalid_argument>(
       [] { FunctionVariable().fixed(0); },

@@ -203,6 +203,13 @@ TEST(Simplex, ZeroIterationsOnlyEvaluateTheStartingSimplex) {
   EXPECT_EQ(pf.variable_values(LATEST), (Values{0.0, -1.0}));
   EXPECT_FALSE(pf.optimised_ok());
 
+  // A negative limit takes no ordering step either: the start is written back.
+  Simplex no_steps(0, -1, 1e-9);
+  EXPECT_FALSE(no_steps.minimise(pf, STARTING));
+  EXPECT_EQ(no_steps.nevaluations(), 3);
+  EXPECT_EQ(pf.variable_values(LATEST), (Values{0.0, 0.0}));
+  pf.update_variables(LATEST, Values{0.0, -1.0});
+
   // A function that is zero everywhere converges before any step.
   PenaltyFunction zero({make_handle<ConstantTerm>(0.0, std::vector<VariableHandle>{v})});
   EXPECT_TRUE(simplex.minimise(zero, LATEST));

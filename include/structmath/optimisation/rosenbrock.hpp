@@ -17,10 +17,10 @@ namespace structmath {
 /// 1960). With Rosenbrock2 at weight 1 and R = 100 the sum R (x - y^2)^2 + (1 - y)^2 has
 /// its minimum 0 at x = y = 1.
 ///
-/// x and y are either two one-dimensional variables, or elements 0 and 1 of a single
-/// variable. R is 0.0 until set_constants gives it a value. Derivatives are available.
-/// Throws std::invalid_argument from component_value and derivatives when the variables
-/// fit neither layout. print, write and read do nothing.
+/// x and y are either two one-dimensional variables, or elements 0 and 1 of the first
+/// variable when the term has any other number of them. R is 0.0 until set_constants gives it a
+/// value. Derivatives are available. Throws std::invalid_argument from component_value and
+/// derivatives when the variables fit neither layout. print, write and read do nothing.
 class STRUCTMATH_API Rosenbrock1 : public FunctionComponent {
  public:
   Rosenbrock1();

@@ -20,9 +20,9 @@ class PenaltyFunction;
 /// p being that dimension's perturbation. Each iteration orders the vertices, then
 /// replaces the worst by its reflection through the centroid of the others (coefficient
 /// alpha), expanded (gamma) when the reflection beats the best, or contracted towards
-/// the centroid (beta); when even that fails, every vertex moves towards the best
-/// (delta). Trial points are evaluated through the variables' TRIAL values; fixed
-/// dimensions keep the start's values throughout.
+/// the centroid (beta); when even that fails, every other vertex becomes
+/// delta x (vertex + best), the midpoint for the default delta 0.5. Trial points are evaluated
+/// through the variables' TRIAL values; fixed dimensions keep the start's values throughout.
 ///
 /// Stopping rule: a run converges when 2|f_hi - f_lo| / (|f_hi| + |f_lo|) falls below
 /// fn_val_converge(), or when |f_hi| + |f_lo| itself does (so a minimum of 0 is found);
@@ -31,7 +31,9 @@ class PenaltyFunction;
 ///
 /// minimise() runs nrestart() + 1 times, each run after the first starting from the
 /// LATEST values the run before it wrote. Every run writes its best vertex to the
-/// LATEST values, and a converged run to the OPTIMISED values too.
+/// LATEST values, and a converged run to the OPTIMISED values too. A negative nrestart()
+/// makes no run (the result is false); a negative max_iterations() makes every run stop,
+/// unconverged, at vertex 0, the start.
 ///
 /// The centroid is kept at full length, an entry per dimension of the flat vector, so
 /// fixed dimensions may lie anywhere in it, before free ones too.
