@@ -73,7 +73,8 @@ void Simplex::setup_simplex(PenaltyFunction const& pf, VariableValue vv) {
 
   vertices_.clear();
   vertices_.push_back(pf.variable_values(vv));
-  // Vertex k moves along the k-th free dimension, by +p, -p, +p, ... in turn.
+  // Vertex k moves along the k-th free dimension, by +p, -p, +p, ... in turn, so that the
+  // starting simplex does not lean to one side of the start.
   double sign = +1.0;
   std::size_t i = 0;
   for (int k = 1; k <= true_dimension_; ++k) {
