@@ -15,7 +15,7 @@ namespace structmath {
 struct Subgraph {
   /// CONNECTED: the matched nodes are held together by edges present in both
   /// graphs. DISCONNECTED: any common induced subgraph, possibly in pieces.
-  enum SubgraphType { CONNECTED = 0, DISCONNECTED = 1 };
+  enum SubgraphType : int { CONNECTED = 0, DISCONNECTED = 1 };
 };
 
 /// Cliques found by a search, each as its correspondence-graph nodes.
