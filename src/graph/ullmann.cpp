@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstring>
 #include <ostream>
 #include <stdexcept>
 
@@ -14,6 +15,17 @@ namespace structmath {
 namespace {
 
 std::size_t to_index(int i) { return static_cast<std::size_t>(i); }
+
+static_assert(sizeof(bool) == 1, "candidate rows are scanned as bytes");
+
+// The column of the first true entry of row[from, n), or n. Rows of M are
+// mostly false once the search is under way, so a byte search beats testing
+// entry by entry.
+int next_true(bool const* row, int from, int n) {
+  if (from >= n) return n;
+  void const* const found = std::memchr(row + from, 1, to_index(n - from));
+  return found ? static_cast<int>(static_cast<bool const*>(found) - row) : n;
+}
 
 }  // namespace
 
@@ -88,8 +100,10 @@ bool Ullmann::depthfirst(int d) {
   ResizableArray2D<bool>& M = *candidates_;
   ResizableArray2D<bool>& saved = saved_[to_index(d)];
   saved = M;  // reuses the buffer once its shape is set
-  for (int j = 0; j < columns_; ++j) {
-    if (!M[d][j] || used_columns_[to_index(j)]) continue;
+  bool const* const choices = saved[d];
+  for (int j = next_true(choices, 0, columns_); j < columns_;
+       j = next_true(choices, j + 1, columns_)) {
+    if (used_columns_[to_index(j)]) continue;
     if (VascLog::enabled(3)) {
       VascLog::start_debug_line(3) << "Ullmann::depthfirst() processing node " << j;
       VascLog::end_debug_line();
@@ -119,9 +133,9 @@ bool Ullmann::refine() {
   while (changed) {
     changed = false;
     for (int i = 0; i < rows_; ++i) {
-      bool* row = M[i];
-      for (int j = 0; j < columns_; ++j) {
-        if (!row[j] || corresponds(i, j)) continue;
+      bool* const row = M[i];
+      for (int j = next_true(row, 0, columns_); j < columns_; j = next_true(row, j + 1, columns_)) {
+        if (corresponds(i, j)) continue;
         row[j] = false;
         changed = true;
         if (all_false(i)) return true;
@@ -146,10 +160,7 @@ bool Ullmann::row_and_column(int k, int j) {
   return false;
 }
 
-bool Ullmann::all_false(int i) {
-  bool const* row = (*candidates_)[i];
-  return std::none_of(row, row + columns_, [](bool b) { return b; });
-}
+bool Ullmann::all_false(int i) { return next_true((*candidates_)[i], 0, columns_) == columns_; }
 
 THandle<std::vector<int>> Ullmann::create_match() {
   auto match = make_handle<std::vector<int>>(to_index(rows_), 0);
