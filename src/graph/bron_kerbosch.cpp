@@ -17,7 +17,7 @@ namespace {
 int largest_size = 0;
 int max_cliques_kept = 0;
 int max_clique_size = 0;
-CliqueList solutions;
+CliqueList solutions = make_handle<std::vector<THandle<std::vector<int>>>>();
 std::vector<int> current_clique;
 
 std::size_t to_index(int i) { return static_cast<std::size_t>(i); }

@@ -43,11 +43,14 @@ template <class P>
     return ::testing::AssertionFailure() << "lengths differ: " << a.size() << " and " << b.size();
   }
   for (std::size_t i = 0; i < a.size(); ++i) {
+    // Literal indices suit both int and size_t subscripts.
+    double const ak[3] = {a[i][0], a[i][1], a[i][2]};
+    double const bk[3] = {b[i][0], b[i][1], b[i][2]};
     for (int k = 0; k < 3; ++k) {
-      double const difference = std::fabs(a[i][k] - b[i][k]);
+      double const difference = std::fabs(ak[k] - bk[k]);
       if (!(difference <= tolerance)) {
         return ::testing::AssertionFailure()
-               << "point " << i << " coordinate " << k << ": " << a[i][k] << " and " << b[i][k]
+               << "point " << i << " coordinate " << k << ": " << ak[k] << " and " << bk[k]
                << " differ by " << difference << " > " << tolerance;
       }
     }
