@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+// Random adjacency matrices for the graph-matching tests.
+#pragma once
+
+#include <random>
+
+#include "structmath/graph/resizable_array_2d.hpp"
+
+namespace structmath::graph_test {
+
+/// A symmetric n x n adjacency matrix without self-loops, each edge present
+/// with probability `density`.
+inline ResizableArray2D<bool> random_graph(std::mt19937& rng, int n, double density) {
+  std::bernoulli_distribution edge(density);
+  ResizableArray2D<bool> a(n, n, false);
+  for (int i = 0; i < n; ++i) {
+    for (int k = i + 1; k < n; ++k) a[i][k] = a[k][i] = edge(rng);
+  }
+  return a;
+}
+
+}  // namespace structmath::graph_test
