@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstddef>
 #include <stdexcept>
 #include <string>
 
@@ -78,28 +79,27 @@ double OverlayPoints::fit_points(std::vector<Point> const& points,
                                  std::vector<double> const* weights) {
   check_input_size(count(points.size()));
   if (weights != nullptr) check_weights_size(count(weights->size()));
-  std::copy_n(points.begin(), target_.size(), work_.begin());
+  auto const first = points.begin();
+  auto const last = first + static_cast<std::ptrdiff_t>(target_.size());
+  std::copy(first, last, work_.begin());
 
   // The candidates are compared in locals and kept at the end, so that an exception
-  // from the eigen-decomposition leaves the previous fit in place.
+  // from the eigen-decomposition leaves the previous fit in place. A later candidate
+  // replaces an earlier one only when strictly better, so ties keep the simpler fit.
+  enum class Candidate { as_given, centred, rotated };
 
   // First candidate: the points as they are, against the centred target. Kept as the
   // baseline; it can only win for a set already centred on the origin.
+  Candidate kept = Candidate::as_given;
   double rms = deviation(weights);
-  double maximum = max_distance(work_, target_);
-  Matrix3D rotation;
-  Vector3D translation(0.0, 0.0, 0.0);
 
   // Second candidate: centred on their own centroid, unweighted even in a weighted fit.
-  // A later candidate replaces an earlier one only when strictly better, so ties keep
-  // the simpler fit.
   Vector3D const c = centroid(work_).vector();
   for (Point& p : work_) p -= c;
   double r = deviation(weights);
   if (r < rms) {
+    kept = Candidate::centred;
     rms = r;
-    maximum = max_distance(work_, target_);
-    translation = c;
   }
 
   // Third candidate: centred and rotated.
@@ -107,16 +107,22 @@ double OverlayPoints::fit_points(std::vector<Point> const& points,
   for (Point& p : work_) p = u * p;
   r = deviation(weights);
   if (r < rms) {
-    rotation = u;
-    translation = c;
+    kept = Candidate::rotated;
     rms = r;
-    maximum = max_distance(work_, target_);
   }
 
-  rotation_ = rotation;
-  translation_ = translation;
+  // The maximum deviation is measured once, on the kept candidate's points, rebuilt in
+  // work when an earlier candidate won.
+  if (kept != Candidate::rotated) {
+    std::copy(first, last, work_.begin());
+    if (kept == Candidate::centred) {
+      for (Point& p : work_) p -= c;
+    }
+  }
+  maximum_deviation_ = max_distance(work_, target_);
+  rotation_ = kept == Candidate::rotated ? u : Matrix3D();
+  translation_ = kept == Candidate::as_given ? Vector3D(0.0, 0.0, 0.0) : c;
   rms_ = rms;
-  maximum_deviation_ = maximum;
   fitted_ = true;
   return rms_;
 }
