@@ -20,12 +20,17 @@ namespace structmath {
 /// (W. Kabsch, Acta Cryst. A32 (1976) 922-923, and A34 (1978) 827-828). With R the
 /// correlation matrix of the centred target and moving points, the unit eigenvectors a_k
 /// of R^T R (eigenvalues mu_1 >= mu_2 >= mu_3) and b_k = R a_k / sqrt(mu_k), the rotation
-/// sum_k b_k a_k^T carries a centred moving point onto the centred target.
+/// sum_k b_k a_k^T carries a centred moving point onto the centred target. b_3 is
+/// b_1 x b_2, so the rotation is proper; with inversion allowed b_3 is reversed when
+/// R a_3 points against it, which gives the better-fitting mirror image. For a linear set
+/// (mu_2 negligible) a_2 and b_2 are unit perpendiculars of a_1 and b_1.
 ///
 /// Each fit tries three candidates in this order and keeps a later one only when its
 /// RMS deviation is strictly lower: the points as they are, the points centred on their
 /// centroid, the centred points rotated. RMS and maximum deviations are measured against
-/// the centred target. Degenerate sets never throw: a planar or linear set is completed
+/// the centred target, also for the first candidate (kept: that candidate only wins for
+/// a set already centred on the origin, which transformation() then moves onto the
+/// target). Degenerate sets never throw: a planar or linear set is completed
 /// with perpendicular directions, and a correlation matrix with negligible eigenvalues
 /// gives the identity rotation. Cost: O(n) per fit (a few passes over the points and one
 /// 3x3 Jacobi decomposition); after construction a fit allocates nothing.
@@ -70,9 +75,9 @@ class STRUCTMATH_API OverlayPoints {
   /// the target(m) OverlayPoints::check_weights_size") when n < m.
   void check_weights_size(unsigned int n) const;
 
-  /// The kept fit as one map of space: p -> rotation() (p - translation()) + the target
-  /// centroid, so that it carries the fitted points onto the target as the kept fit
-  /// did. The identity before any fit.
+  /// The kept fit as one map of space, p -> rotation() (p - translation()) + the target
+  /// centroid: it carries the fitted points onto the target with exactly the kept
+  /// deviations. The identity before any fit.
   THandle<Transformation> transformation() const;
   /// Applies transformation() to every point of the range, in place.
   template <typename Iterator>
@@ -80,7 +85,8 @@ class STRUCTMATH_API OverlayPoints {
     Transformation const t = current_transformation();
     for (; first != last; ++first) *first = t * *first;
   }
-  /// Applies transformation() to every point, in place.
+  /// Applies transformation() to every point, in place (the overload a non-const
+  /// vector picks; pass std::as_const(points) for a copy).
   void transform(std::vector<Point>& points) const;
   /// A copy of the points with transformation() applied.
   std::vector<Point> transform(std::vector<Point> const& points) const;
@@ -95,9 +101,11 @@ class STRUCTMATH_API OverlayPoints {
   Vector3D const& translation() const noexcept { return translation_; }
   /// Centroid of the target as given to the constructor.
   Point const& target_centroid() const noexcept { return target_centroid_; }
-  /// Eigenvalues of r^T r below this (1e-05) count as zero in rotmat. It is absolute, in
-  /// squared length units squared: a set whose largest second moment about its centroid
-  /// is below about 3e-3 is left unrotated.
+  /// Eigenvalues of r^T r below this (1e-05) count as zero in rotmat. It is absolute
+  /// (length^4), not relative to the size of the sets: kept, as fits of very small sets
+  /// then stay unrotated rather than follow rounding noise. A set fitted onto itself
+  /// stays unrotated when its largest principal second moment, summed over its points,
+  /// is below about 3e-3.
   double eigenvalue_tolerance() const noexcept { return eigenvalue_tolerance_; }
   bool inversion_allowed() const noexcept { return inversion_allowed_; }
 
