@@ -14,9 +14,21 @@ namespace {
 
 constexpr double pi = 180.0 * 0.017453292519943295;
 
-Vector3D unit(Vector3D v, double tolerance) {
-  v.normalize(tolerance);
-  return v;
+// The squared distance, written out so the hot loops below inline it.
+inline double squared(Point const& a, Point const& b) noexcept {
+  double const dx = a[0] - b[0];
+  double const dy = a[1] - b[1];
+  double const dz = a[2] - b[2];
+  return dx * dx + dy * dy + dz * dz;
+}
+
+// Unit vector along v, or the zero-length failure.
+inline Vector3D unit(Vector3D const& v, double tolerance) {
+  double const len = std::sqrt(v * v);
+  if (equals(len, 0.0, tolerance)) {
+    throw std::runtime_error("Cannot normalize a zero length Vector");
+  }
+  return Vector3D(v[0] / len, v[1] / len, v[2] / len);
 }
 
 void check_lengths(char const* function, std::size_t first, std::size_t second, char const* what) {
@@ -67,8 +79,9 @@ Angle torsion_angle(Vector3D const& bond1, Vector3D const& bond2, Vector3D const
   double c = normal1 * normal2;
   if (c > 1.0) c = 1.0;
   if (c < -1.0) c = -1.0;
-  Angle const result = Angle::acos(c);
-  return (bond2 * m < 0.0) ? -result : result;
+  // c is clamped, so acos needs no range check.
+  double const result = std::acos(c);
+  return Angle((bond2 * m < 0.0) ? -result : result);
 }
 
 Angle torsion_angle(Point const& a, Point const& b, Point const& c, Point const& d,
@@ -127,7 +140,7 @@ double max_distance(std::vector<Point> const& a, std::vector<Point> const& b) {
   check_lengths("max_distance()", a.size(), b.size(), "points in the second list");
   double largest = 0.0;
   for (std::size_t i = 0; i < a.size(); ++i) {
-    double const d = sqrdistance(a[i], b[i]);
+    double const d = squared(a[i], b[i]);
     if (d > largest) largest = d;
   }
   return std::sqrt(largest);
@@ -136,7 +149,7 @@ double max_distance(std::vector<Point> const& a, std::vector<Point> const& b) {
 double rms_distance(std::vector<Point> const& a, std::vector<Point> const& b) {
   check_lengths("rms_distance()", a.size(), b.size(), "points in the second list");
   double sum = 0.0;
-  for (std::size_t i = 0; i < a.size(); ++i) sum += sqrdistance(a[i], b[i]);
+  for (std::size_t i = 0; i < a.size(); ++i) sum += squared(a[i], b[i]);
   return std::sqrt(sum / static_cast<double>(a.size()));
 }
 
@@ -146,7 +159,7 @@ double rms_distance(std::vector<Point> const& a, std::vector<Point> const& b, do
   double const bound = n * limit * limit;
   double sum = 0.0;
   for (std::size_t i = 0; i < a.size(); ++i) {
-    sum += sqrdistance(a[i], b[i]);
+    sum += squared(a[i], b[i]);
     if (bound < sum) return -1.0;
   }
   return std::sqrt(sum / n);
@@ -157,7 +170,7 @@ double weighted_rms_distance(std::vector<Point> const& a, std::vector<Point> con
   check_lengths("weighted_rms_distance()", a.size(), b.size(), "points in the second list");
   check_lengths("weighted_rms_distance()", a.size(), weights.size(), "weights");
   double sum = 0.0;
-  for (std::size_t i = 0; i < a.size(); ++i) sum += weights[i] * sqrdistance(a[i], b[i]);
+  for (std::size_t i = 0; i < a.size(); ++i) sum += weights[i] * squared(a[i], b[i]);
   return std::sqrt(sum / static_cast<double>(a.size()));
 }
 
@@ -169,7 +182,7 @@ double weighted_rms_distance(std::vector<Point> const& a, std::vector<Point> con
   double const bound = n * limit * limit;
   double sum = 0.0;
   for (std::size_t i = 0; i < a.size(); ++i) {
-    sum += weights[i] * sqrdistance(a[i], b[i]);
+    sum += weights[i] * squared(a[i], b[i]);
     if (bound < sum) return -1.0;
   }
   return std::sqrt(sum / n);
