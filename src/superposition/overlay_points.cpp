@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstddef>
+#include <limits>
 #include <stdexcept>
 #include <string>
 
@@ -32,7 +33,11 @@ Vector3D unit_perp(Vector3D const& v) {
   return p;
 }
 
-unsigned int count(std::size_t n) { return static_cast<unsigned int>(n); }
+// A size as the unsigned int the size checks take, saturating rather than wrapping.
+unsigned int count(std::size_t n) {
+  return n > std::numeric_limits<unsigned int>::max() ? std::numeric_limits<unsigned int>::max()
+                                                      : static_cast<unsigned int>(n);
+}
 
 }  // namespace
 
