@@ -93,6 +93,12 @@ bool valid_torsion(Vector3D const& bond1, Vector3D const& bond2, Vector3D const&
                    Angle const& max_angle, double tolerance) {
   if (equals(bond1.cross(bond2).length(), 0.0, tolerance)) return false;
   if (equals(bond2.cross(bond3).length(), 0.0, tolerance)) return false;
+  // A bond shorter than the tolerance beside a long one can pass the tests above but has
+  // no direction to measure an angle from.
+  if (equals(bond1.length(), 0.0, tolerance) || equals(bond2.length(), 0.0, tolerance) ||
+      equals(bond3.length(), 0.0, tolerance)) {
+    return false;
+  }
   if (!(angle<Vector3D>(bond1, bond2, tolerance) <= max_angle)) return false;
   if (!(angle<Vector3D>(bond2, bond3, tolerance) <= max_angle)) return false;
   if (!(angle<Vector3D>(bond1, -bond2, tolerance) <= max_angle)) return false;

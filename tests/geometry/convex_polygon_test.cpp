@@ -10,20 +10,15 @@
 #include <vector>
 
 #include "structmath/geometry/geometry_functions.hpp"
-#include "support/geometry_random.hpp"
+#include "support/geometry_support.hpp"
 
 namespace structmath {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
-std::string message_of(Plane const& plane, std::vector<Point> const& vertices) {
-  try {
-    ConvexPolygon(plane, vertices);
-  } catch (std::invalid_argument const& e) {
-    return e.what();
-  }
-  return "no exception";
+std::string construction_message(Plane const& plane, std::vector<Point> const& vertices) {
+  return testing::message_of([&] { ConvexPolygon(plane, vertices); });
 }
 
 Plane const z0(Vector3D(0, 0, 1), 0.0);
@@ -105,26 +100,30 @@ TEST(ConvexPolygon, ContainmentNeedsThePlaneAndTheInside) {
 }
 
 TEST(ConvexPolygon, RejectsBadVertexLists) {
-  EXPECT_EQ(message_of(z0, {Point(0, 0, 0), Point(1, 0, 0)}),
+  EXPECT_EQ(construction_message(z0, {Point(0, 0, 0), Point(1, 0, 0)}),
             "ConvexPolygon: a polygon needs at least three vertices");
-  EXPECT_EQ(message_of(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(0, 1, 0.01)}),
+  EXPECT_EQ(construction_message(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(0, 1, 0.01)}),
             "ConvexPolygon: a vertex does not lie in the plane");
   std::string const not_convex = "ConvexPolygon: the vertices do not form a convex polygon";
   // A dart (one reflex corner), a self-crossing bow tie, a pentagram winding twice, and
   // points on one line.
-  EXPECT_EQ(message_of(z0, {Point(0, 0, 0), Point(2, 1, 0), Point(4, 0, 0), Point(2, 3, 0)}),
-            not_convex);
-  EXPECT_EQ(message_of(z0, {Point(0, 0, 0), Point(2, 2, 0), Point(2, 0, 0), Point(0, 2, 0)}),
-            not_convex);
+  EXPECT_EQ(
+      construction_message(z0, {Point(0, 0, 0), Point(2, 1, 0), Point(4, 0, 0), Point(2, 3, 0)}),
+      not_convex);
+  EXPECT_EQ(
+      construction_message(z0, {Point(0, 0, 0), Point(2, 2, 0), Point(2, 0, 0), Point(0, 2, 0)}),
+      not_convex);
   std::vector<Point> const pentagon = regular(z0, 5, 1.0, 0, 0, 0);
-  EXPECT_EQ(message_of(z0, {pentagon[0], pentagon[2], pentagon[4], pentagon[1], pentagon[3]}),
-            not_convex);
-  EXPECT_EQ(message_of(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(3, 0, 0)}), not_convex);
+  EXPECT_EQ(
+      construction_message(z0, {pentagon[0], pentagon[2], pentagon[4], pentagon[1], pentagon[3]}),
+      not_convex);
+  EXPECT_EQ(construction_message(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(3, 0, 0)}), not_convex);
   // Repeated and collinear vertices are harmless.
-  EXPECT_EQ(message_of(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(2, 0, 0), Point(2, 0, 0),
-                            Point(2, 2, 0), Point(0, 2, 0), Point(0, 0, 0)}),
-            "no exception");
-  EXPECT_EQ(message_of(z0, {}), "no exception");
+  EXPECT_EQ(
+      construction_message(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(2, 0, 0), Point(2, 0, 0),
+                                Point(2, 2, 0), Point(0, 2, 0), Point(0, 0, 0)}),
+      "no exception");
+  EXPECT_EQ(construction_message(z0, {}), "no exception");
 }
 
 TEST(ConvexPolygon, ClippingKeepsTheChosenSide) {

@@ -10,22 +10,14 @@
 #include <vector>
 
 #include "structmath/numeric/linear_algebra.hpp"
-#include "support/geometry_random.hpp"
+#include "support/geometry_support.hpp"
 
 namespace structmath {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
 
-template <typename F>
-std::string message_of(F f) {
-  try {
-    f();
-  } catch (std::exception const& e) {
-    return e.what();
-  }
-  return "no exception";
-}
+using testing::message_of;
 
 TEST(GeometryFunctions, DistancesOfAHandWorkedPair) {
   Point const a(1, 2, 3), b(4, 6, 3);
@@ -90,6 +82,7 @@ TEST(GeometryFunctions, ValidTorsionRejectsNearLinearBondPairs) {
   EXPECT_FALSE(valid_torsion(Vector3D(2, 0, 0), bond2, bond3, max_angle));
   EXPECT_FALSE(valid_torsion(Vector3D(0, 1, 0), bond2, Vector3D(-3, 0, 0), max_angle));
   EXPECT_FALSE(valid_torsion(Vector3D(0, 0, 0), bond2, bond3, max_angle));
+  EXPECT_FALSE(valid_torsion(Vector3D(0, 5e-8, 0), Vector3D(100, 0, 0), bond3, max_angle));
   EXPECT_TRUE(
       valid_torsion(Point(1, 0, 0), Point(0, 0, 0), Point(0, 1, 0), Point(0, 1, 1), max_angle));
 }

@@ -11,20 +11,12 @@
 #include <vector>
 
 #include "structmath/core/archive.hpp"
-#include "support/geometry_random.hpp"
+#include "support/geometry_support.hpp"
 
 namespace structmath {
 namespace {
 
-template <typename F>
-std::string message_of(F f) {
-  try {
-    f();
-  } catch (std::exception const& e) {
-    return e.what();
-  }
-  return "no exception";
-}
+using testing::message_of;
 
 void expect_frame(Plane const& p) {
   EXPECT_NEAR(p.normal().length(), 1.0, 1e-14);

@@ -9,7 +9,7 @@
 #include <stdexcept>
 
 #include "structmath/core/archive.hpp"
-#include "support/geometry_random.hpp"
+#include "support/geometry_support.hpp"
 
 namespace structmath {
 namespace {

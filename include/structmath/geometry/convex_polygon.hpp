@@ -54,7 +54,9 @@ class STRUCTMATH_API ConvexPolygon {
   bool contains(Point const& p, double tolerance = default_tolerance) const;
 
   /// The part of this polygon on the kept side of the cutter, as a new polygon in the
-  /// same plane (Sutherland-Hodgman against one plane). Vertices within the tolerance of
+  /// same plane: one stage of Sutherland-Hodgman re-entrant clipping (Sutherland and
+  /// Hodgman, Commun. ACM 17(1), 1974), the crossing points found by linear
+  /// interpolation of the signed distances. Vertices within the tolerance of
   /// the cutter count as on it and are kept; consecutive vertices within the tolerance of
   /// each other are merged, and a remainder of fewer than three vertices or no area is
   /// the empty polygon. A cutter missing the polygon returns it whole or empty. O(n).

@@ -54,8 +54,9 @@ STRUCTMATH_API Angle torsion_angle(Point const& a, Point const& b, Point const& 
                                    double tolerance = default_tolerance);
 
 /// Whether a torsion over these bonds is well defined: false when either consecutive
-/// pair has a cross product of length at most the tolerance, or when either pair's angle
-/// lies outside [pi - max_angle, max_angle]. Never throws for degenerate bonds.
+/// pair has a cross product of length at most the tolerance, when a bond is itself that
+/// short, or when either pair's angle lies outside [pi - max_angle, max_angle]. Never
+/// throws for degenerate bonds.
 STRUCTMATH_API bool valid_torsion(Vector3D const& bond1, Vector3D const& bond2,
                                   Vector3D const& bond3, Angle const& max_angle,
                                   double tolerance = default_tolerance);

@@ -42,7 +42,10 @@ class STRUCTMATH_API Plane {
   /// principal axis of largest moment of inertia (least spread) as normal. Throws
   /// std::invalid_argument("Cannot construct a Plane from less than three points") and
   /// ("Cannot construct a Plane from collinear points"), collinearity being tested with
-  /// 0.1 degree and 1e-7. Costs one pass over the points and a 3x3 Jacobi diagonalisation.
+  /// 0.1 degree and 1e-7. Method: principal axes of the inertia tensor about the
+  /// centroid (total least squares, Pearson 1901), diagonalised by Jacobi<3> and ordered
+  /// by EigenSort<3>; the normal's sign is the eigenvector's as it comes. Costs one pass
+  /// over the points (after the collinearity pass) and one 3x3 diagonalisation.
   explicit Plane(std::vector<Point> const& points);
 
   Vector3D const& normal() const noexcept { return normal_; }

@@ -32,7 +32,8 @@ class STRUCTMATH_API Quaternion {
   Quaternion(Vector3D const& axis, Angle const& angle);
   /// The unit quaternion, with w >= 0, of a proper rotation matrix (orthogonal,
   /// determinant +1); extracted from the largest of the trace and the diagonal elements
-  /// for accuracy. Other matrices give the nearest such quaternion only approximately.
+  /// for accuracy (Shepperd, J. Guidance and Control 1(3), 1978). Other matrices give the nearest
+  /// such quaternion only approximately.
   explicit Quaternion(Matrix3D const& rotation);
 
   constexpr double w() const noexcept { return w_; }
@@ -107,12 +108,12 @@ constexpr bool operator!=(Quaternion const& a, Quaternion const& b) noexcept { r
 /// equal here; compare rotation matrices to compare rotations.
 STRUCTMATH_API bool equals(Quaternion const& a, Quaternion const& b, double tolerance) noexcept;
 
-/// Spherical linear interpolation between the rotations a (t = 0) and b (t = 1) along the
-/// shorter arc, at constant angular speed; the result has unit norm. Both are normalised
-/// first (failure as for normalize()). When the two rotations are within about 1.6
-/// degrees of each other the normalised linear interpolation is used instead, which is
-/// indistinguishable there and avoids dividing by a vanishing sine. t outside [0, 1]
-/// extrapolates.
+/// Spherical linear interpolation (Shoemake, SIGGRAPH 1985) between the rotations a
+/// (t = 0) and b (t = 1) along the shorter arc, at constant angular speed; the result has
+/// unit norm. Both are normalised first (failure as for normalize()). When the two
+/// rotations are within about 1.6 degrees of each other the normalised linear
+/// interpolation is used instead, which is indistinguishable there and avoids dividing by
+/// a vanishing sine. t outside [0, 1] extrapolates.
 STRUCTMATH_API Quaternion slerp(Quaternion const& a, Quaternion const& b, double t);
 
 }  // namespace structmath

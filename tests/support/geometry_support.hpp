@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Reproducible random points, vectors and rotations for the geometry test suites.
+// Geometry test helpers: reproducible random input and exception messages.
 #pragma once
 
 #include <cmath>
+#include <exception>
 #include <random>
+#include <string>
 
 #include "structmath/geometry/quaternion.hpp"
 #include "structmath/numeric/point.hpp"
@@ -35,5 +37,16 @@ class GeometryRandom {
   std::mt19937 engine_;
   std::uniform_real_distribution<double> uniform_;
 };
+
+/// The message of the exception f throws, or "no exception".
+template <typename F>
+std::string message_of(F f) {
+  try {
+    f();
+  } catch (std::exception const& e) {
+    return e.what();
+  }
+  return "no exception";
+}
 
 }  // namespace structmath::testing
