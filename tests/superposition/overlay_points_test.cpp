@@ -17,7 +17,7 @@
 
 #include "structmath/geometry/geometry_functions.hpp"
 #include "structmath/numeric/linear_algebra.hpp"
-#include "support/geometry_random.hpp"
+#include "support/geometry_support.hpp"
 
 // Counts every allocation through the global operator new, to show that refitting
 // allocates nothing.
@@ -37,6 +37,7 @@ namespace structmath {
 namespace {
 
 using testing::GeometryRandom;
+using testing::message_of;
 
 std::vector<Point> random_points(GeometryRandom& random, std::size_t n) {
   std::vector<Point> points;
@@ -123,39 +124,32 @@ std::string too_few(unsigned n, unsigned m) {
          std::to_string(m) + ") OverlayPoints::check_input_size";
 }
 
-template <typename F>
-std::string invalid_argument_text(F&& f) {
-  try {
-    f();
-  } catch (std::invalid_argument const& e) {
-    return e.what();
-  }
-  return "no std::invalid_argument";
-}
-
 TEST(OverlayPoints, RejectsEmptyTargetsAndShortInputsWithTheirMessages) {
-  EXPECT_EQ(invalid_argument_text([] { OverlayPoints({}, false); }),
+  EXPECT_THROW(OverlayPoints({}, false), std::invalid_argument);
+  EXPECT_EQ(message_of([] { OverlayPoints({}, false); }),
             "No points to overlay in OverlayPoints::OverlayPoints");
 
   GeometryRandom random(1);
   std::vector<Point> const target = random_points(random, 5);
   OverlayPoints overlay(target, false);
   std::vector<Point> const four(target.begin(), target.begin() + 4);
-  EXPECT_EQ(invalid_argument_text([&] { overlay.check_input_size(4); }), too_few(4, 5));
-  EXPECT_EQ(invalid_argument_text([&] { overlay.rmatrix(four); }), too_few(4, 5));
-  EXPECT_EQ(invalid_argument_text([&] { overlay.rmatrix(four, {1, 1, 1, 1, 1}); }), too_few(4, 5));
+  EXPECT_THROW(overlay.check_input_size(4), std::invalid_argument);
+  EXPECT_THROW(overlay.check_weights_size(4), std::invalid_argument);
+  EXPECT_EQ(message_of([&] { overlay.check_input_size(4); }), too_few(4, 5));
+  EXPECT_EQ(message_of([&] { overlay.rmatrix(four); }), too_few(4, 5));
+  EXPECT_EQ(message_of([&] { overlay.rmatrix(four, {1, 1, 1, 1, 1}); }), too_few(4, 5));
   std::string const few_weights =
       "Cannot overlay with fewer(4) weights than points in the target(5) "
       "OverlayPoints::check_weights_size";
-  EXPECT_EQ(invalid_argument_text([&] { overlay.rmatrix(target, {1, 1, 1, 1}); }), few_weights);
+  EXPECT_EQ(message_of([&] { overlay.rmatrix(target, {1, 1, 1, 1}); }), few_weights);
 
   // A rejected fit leaves the previous one in place.
   std::vector<Point> const shifted = moved(target, Matrix3D(), Vector3D(1, 2, 3));
   double const rms = overlay.fit(moved(target, mirror_x, Vector3D(1, 2, 3)));
   Matrix3D const rotation = overlay.rotation();
-  EXPECT_EQ(invalid_argument_text([&] { overlay.fit(four); }), too_few(4, 5));
-  EXPECT_EQ(invalid_argument_text([&] { overlay.fit(four, {1, 1, 1, 1, 1}); }), too_few(4, 5));
-  EXPECT_EQ(invalid_argument_text([&] { overlay.fit(shifted, {1, 1, 1, 1}); }), few_weights);
+  EXPECT_EQ(message_of([&] { overlay.fit(four); }), too_few(4, 5));
+  EXPECT_EQ(message_of([&] { overlay.fit(four, {1, 1, 1, 1, 1}); }), too_few(4, 5));
+  EXPECT_EQ(message_of([&] { overlay.fit(shifted, {1, 1, 1, 1}); }), few_weights);
   EXPECT_EQ(overlay.rms(), rms);
   EXPECT_TRUE(equals(overlay.rotation(), rotation, 0.0));
 }
