@@ -41,3 +41,4 @@
 #include "structmath/statistics/range_limit.hpp"
 #include "structmath/statistics/uncertain_value.hpp"
 #include "structmath/statistics/uncertainty.hpp"
+#include "structmath/superposition/overlay_points.hpp"
