@@ -5,10 +5,12 @@
 #include <cmath>
 #include <cstddef>
 #include <stdexcept>
+#include <typeinfo>
 #include <vector>
 
 #include "structmath/core/text_conversion.hpp"
 #include "structmath/grid/marching_cubes_tables.hpp"
+#include "structmath/grid/normal_grid.hpp"
 
 namespace structmath {
 
@@ -51,27 +53,36 @@ constexpr int tetrahedron_triangles[8][7] = {
     {2, 1, 4, 4, 3, 1, -1},       {1, 3, 5, -1, -1, -1, -1}, {0, 5, 2, 0, 3, 5, -1},
     {0, 4, 5, 0, 1, 5, -1},       {2, 5, 4, -1, -1, -1, -1}};
 
-/// The grid's node values, read once, k fastest.
+/// The grid's node values, k fastest: a NormalGrid's own array, or else every node read
+/// once (a calculated grid computes each value only once this way).
 class NodeValues {
  public:
   NodeValues(Grid const& grid, int nx, int ny, int nz)
       : ny_(static_cast<std::size_t>(ny)), nz_(static_cast<std::size_t>(nz)) {
-    values_.reserve(static_cast<std::size_t>(nx) * ny_ * nz_);
+    if (typeid(grid) == typeid(NormalGrid)) {
+      data_ = static_cast<NormalGrid const&>(grid).values().data();
+      return;
+    }
+    owned_.reserve(static_cast<std::size_t>(nx) * ny_ * nz_);
     for (int i = 0; i < nx; ++i) {
       for (int j = 0; j < ny; ++j) {
-        for (int k = 0; k < nz; ++k) values_.push_back(grid.value(i, j, k));
+        for (int k = 0; k < nz; ++k) owned_.push_back(grid.value(i, j, k));
       }
     }
+    data_ = owned_.data();
   }
-  double operator()(int i, int j, int k) const noexcept {
-    return values_[(static_cast<std::size_t>(i) * ny_ + static_cast<std::size_t>(j)) * nz_ +
-                   static_cast<std::size_t>(k)];
+  std::size_t index(int i, int j, int k) const noexcept {
+    return (static_cast<std::size_t>(i) * ny_ + static_cast<std::size_t>(j)) * nz_ +
+           static_cast<std::size_t>(k);
   }
+  double operator[](std::size_t index) const noexcept { return data_[index]; }
+  double operator()(int i, int j, int k) const noexcept { return data_[index(i, j, k)]; }
 
  private:
   std::size_t ny_;
   std::size_t nz_;
-  std::vector<double> values_;
+  double const* data_ = nullptr;
+  std::vector<double> owned_;
 };
 
 }  // namespace
@@ -155,25 +166,40 @@ THandle<Surface> MarchingContourer::surface(double level) const {
   // Phase 1: one node per straddling grid edge, or per grid node on the level.
   IndexMap cuts(2 * static_cast<std::size_t>(nx * ny + ny * nz + nz * nx));
   int node_count = 0;
+  // For each combination of "has a +x / +y / +z neighbour", the directions that exist;
+  // and the distance of each neighbour in the value array.
+  unsigned int neighbours[8];
+  for (unsigned int axes = 0; axes < 8; ++axes) {
+    neighbours[axes] = 0;
+    for (unsigned int d = 0; d < 7; ++d) {
+      int const* o = direction_offset[d];
+      if ((o[0] && !(axes & 1)) || (o[1] && !(axes & 2)) || (o[2] && !(axes & 4))) continue;
+      neighbours[axes] |= 1u << d;
+    }
+  }
+  std::size_t stride[7];
+  for (int d = 0; d < 7; ++d) {
+    int const* o = direction_offset[d];
+    stride[d] = value.index(o[0], o[1], o[2]);
+  }
   for (int i = 0; i < nx; ++i) {
     for (int j = 0; j < ny; ++j) {
       for (int k = 0; k < nz; ++k) {
-        double const f = value(i, j, k);
+        std::size_t const at = value.index(i, j, k);
+        double const f = value[at];
         if (std::fabs(level - f) < on_level) {
           surface->add_node(make_handle<SurfaceNode>(grid.location(i, j, k)));
           cuts.insert(cut_key(i, j, k, 0), node_count++);
           continue;
         }
         bool const above = f > level;
+        unsigned int const directions =
+            neighbours[(i + 1 < nx ? 1 : 0) | (j + 1 < ny ? 2 : 0) | (k + 1 < nz ? 4 : 0)];
         bool have_p = false;
         Point p;
         for (int d = 0; d < 7; ++d) {
-          int const* o = direction_offset[d];
-          int const i2 = i + o[0];
-          int const j2 = j + o[1];
-          int const k2 = k + o[2];
-          if (i2 > nx - 1 || j2 > ny - 1 || k2 > nz - 1) continue;
-          double const f2 = value(i2, j2, k2);
+          if (!(directions & (1u << d))) continue;
+          double const f2 = value[at + stride[d]];
           bool const straddles = above ? f2 <= level : f2 >= level;
           if (!straddles) continue;
           // A far end on the level is a vertex of its own (made when it is visited).
@@ -182,7 +208,9 @@ THandle<Surface> MarchingContourer::surface(double level) const {
             p = grid.location(i, j, k);
             have_p = true;
           }
-          surface->add_node(interpolate(level, f, f2, p, grid.location(i2, j2, k2)));
+          int const* o = direction_offset[d];
+          surface->add_node(
+              interpolate(level, f, f2, p, grid.location(i + o[0], j + o[1], k + o[2])));
           cuts.insert(cut_key(i, j, k, d), node_count++);
         }
       }
@@ -192,22 +220,26 @@ THandle<Surface> MarchingContourer::surface(double level) const {
   // Phase 2: triangles per cell, sharing the vertices of phase 1 and the edges.
   IndexMap edges(3 * static_cast<std::size_t>(node_count));
   int edge_count = 0;
+  std::size_t corner_stride[8];
+  for (int n = 0; n < 8; ++n) {
+    int const* o = marching_cubes_corner_offset[n];
+    corner_stride[n] = value.index(o[0], o[1], o[2]);
+  }
   for (int i = 0; i + 1 < nx; ++i) {
     for (int j = 0; j + 1 < ny; ++j) {
       for (int k = 0; k + 1 < nz; ++k) {
+        std::size_t const at = value.index(i, j, k);
         double corner[8];
-        for (int n = 0; n < 8; ++n) {
-          int const* o = marching_cubes_corner_offset[n];
-          corner[n] = value(i + o[0], j + o[1], k + o[2]);
+        for (int n = 0; n < 8; ++n) corner[n] = value[at + corner_stride[n]];
+        unsigned int index = 0;
+        for (unsigned int n = 0; n < 8; ++n) {
+          if (corner[n] < level) index |= 1u << n;
         }
+        // All corners on one side: no tetrahedron is cut either.
+        if (index == 0 || index == 255) continue;
         if (!use_tetrahedra_) {
-          unsigned int index = 0;
-          for (unsigned int n = 0; n < 8; ++n) {
-            if (corner[n] < level) index |= 1u << n;
-          }
           unsigned int const mask = marching_cubes_edge_table[index];
-          if (mask == 0) continue;
-          int vertex[12];
+          int vertex[12] = {};
           for (unsigned int e = 0; e < 12; ++e) {
             if (!(mask & (1u << e))) continue;
             CellEdge const& ce = cell_edge[e];
@@ -223,11 +255,12 @@ THandle<Surface> MarchingContourer::surface(double level) const {
         for (int t = 0; t < 6; ++t) {
           double const c[4] = {corner[0], corner[tetrahedron[t].a], corner[tetrahedron[t].b],
                                corner[6]};
-          unsigned int index = 0;
+          unsigned int tetrahedron_case = 0;
           for (unsigned int n = 0; n < 4; ++n) {
-            if (c[n] < level) index |= 1u << n;
+            if (c[n] < level) tetrahedron_case |= 1u << n;
           }
-          int const* row = tetrahedron_triangles[index < 8 ? index : 15 - index];
+          int const* row = tetrahedron_triangles[tetrahedron_case < 8 ? tetrahedron_case
+                                                                      : 15 - tetrahedron_case];
           for (int r = 0; row[r] >= 0; r += 3) {
             addtriangle(surface, edges, edge_count, tetragetnode(cuts, i, j, k, t, row[r]),
                         tetragetnode(cuts, i, j, k, t, row[r + 1]),
