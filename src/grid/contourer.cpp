@@ -160,6 +160,10 @@ THandle<Surface> MarchingContourer::surface(double level) const {
   int const nx = grid.x_steps();
   int const ny = grid.y_steps();
   int const nz = grid.z_steps();
+  // The vertex keys give each node index 21 bits.
+  int const largest = 1 << 21;
+  if (nx >= largest || ny >= largest || nz >= largest)
+    throw std::invalid_argument("MarchingContourer::surface(): grid too large to contour");
   NodeValues const value(grid, nx, ny, nz);
   auto surface = make_handle<Surface>();
 

@@ -228,7 +228,7 @@ TEST(MarchingContourer, CalculatedAndStoredGridsOfOneFieldGiveOneSurface) {
   EXPECT_GT(a->triangle_count(), 100);
 }
 
-TEST(MarchingContourer, GridErrorsPropagate) {
+TEST(MarchingContourer, GridErrorsPropagateAndOversizedGridsAreRefused) {
   class Failing : public LocationValuer {
    public:
     double value(Grid const&, Point const&) const override { throw std::domain_error("no value"); }
@@ -237,6 +237,10 @@ TEST(MarchingContourer, GridErrorsPropagate) {
   auto g = make_handle<CalculatedGrid>(3, 3, 3);
   g->set_location_valuer(make_handle<Failing>());
   EXPECT_THROW(MarchingContourer(g, false).surface(0.0), std::domain_error);
+  // Too many nodes along an axis for the vertex keys: refused before any value is read.
+  g = make_handle<CalculatedGrid>(1 << 21, 2, 2);
+  g->set_location_valuer(make_handle<Failing>());
+  EXPECT_THROW(MarchingContourer(g, true).surface(0.0), std::invalid_argument);
 }
 
 struct SphereResult {

@@ -53,7 +53,8 @@ class STRUCTMATH_API MarchingContourer : public Contourer {
   MarchingContourer(THandle<Grid> grid, bool use_tetrahedra);
 
   /// Throws std::runtime_error("Surface Index Error") when a triangle needs a vertex
-  /// that phase 1 did not make; errors of the grid propagate.
+  /// that phase 1 did not make, and std::invalid_argument for a grid with 2^21 or more
+  /// nodes along an axis; errors of the grid propagate.
   THandle<Surface> surface(double level) const override;
   void set_grid(THandle<Grid> grid) override;
   THandle<Grid> grid() const { return grid_; }
