@@ -40,6 +40,10 @@ TEST(SimpleInterpolator, AtANodeGivesTheNodeDiagonallyAboveOrItselfOnTheTopFaces
   // One whole step beyond is inside the grid but has no cell to interpolate in.
   EXPECT_TRUE(g.inside_grid(Point(3.0, 0.0, 0.0)));
   EXPECT_THROW(g.value(Point(3.0, 0.0, 0.0)), std::out_of_range);
+  // A one-node axis has a NaN coordinate, which no wrap repairs.
+  NormalGrid flat(3, 3, 1);
+  flat.set_repeating(true);
+  EXPECT_THROW(flat.value(Point(0.5, 0.5, 0.0)), std::out_of_range);
 }
 
 TEST(SimpleInterpolator, RepeatingGridsDependOnlyOnFractionalParts) {

@@ -33,8 +33,8 @@ class STRUCTMATH_API SimpleInterpolator : public LocationValuer {
   double value(Grid const& grid, Point const& p) const override;
   /// The cell index along each axis is the coordinate truncated toward zero. Throws
   /// std::out_of_range("SimpleInterpolator::local_value(): point outside the grid's
-  /// cells") when a node the blend needs lies outside the grid (for instance at
-  /// u = x_steps(), which Grid::inside_grid still counts as inside).
+  /// cells") when that index is not a node index (for instance at u = x_steps(), which
+  /// Grid::inside_grid still counts as inside) or a coordinate is NaN.
   double local_value(Grid const& grid, Point const& local) const override;
 };
 
