@@ -43,9 +43,11 @@ class STRUCTMATH_API Contourer {
 /// order with no regard to which side is above the level: Surface::orient_triangles
 /// makes the winding consistent. Degenerate triangles (from nodes on the level) are kept.
 ///
-/// Cost: one value read per node, then O(1) hashed lookups per vertex and edge; memory
-/// for one double per node besides the surface. The cube variant reads the diagonal
-/// vertices but does not use them: Surface::remove_unused_nodes drops them.
+/// Cost: linear in the number of nodes plus the size of the surface, with O(1) hashed
+/// lookups per vertex and edge and one heap object per surface node, edge and triangle.
+/// Each node value is read once: a NormalGrid's array in place, any other grid into a
+/// copy of one double per node. The cube variant also makes the diagonal vertices but
+/// does not use them: Surface::remove_unused_nodes drops them.
 class STRUCTMATH_API MarchingContourer : public Contourer {
  public:
   /// With no grid yet: surface() then fails on the empty handle.
