@@ -6,6 +6,7 @@
 
 #include "coordinate_text.hpp"
 #include "structmath/core/archive.hpp"
+#include "structmath/geometry/geometry_functions.hpp"
 #include "structmath/numeric/tolerance.hpp"
 
 namespace structmath {
@@ -68,6 +69,8 @@ THandle<std::vector<Point>> Box::corners() const {
   }
   return result;
 }
+
+Point Box::centroid() const noexcept { return structmath::centroid(min_corner(), max_corner()); }
 
 void Box::print(std::ostream& os) const {
   detail::StreamFormatGuard const guard(os);
