@@ -14,14 +14,25 @@
 
 namespace structmath {
 
+CompositeSolid::CompositeSolid(SolidSet const& solids) : solids_(solids) { rebuild_members(); }
+
 CompositeSolid::CompositeSolid(THandle<Solid> const& a, THandle<Solid> const& b) {
   solids_.insert(a);
   solids_.insert(b);
+  rebuild_members();
 }
 
 CompositeSolid::~CompositeSolid() = default;
 
-void CompositeSolid::add_solid(THandle<Solid> const& s) { solids_.insert(s); }
+void CompositeSolid::add_solid(THandle<Solid> const& s) {
+  if (solids_.insert(s).second) rebuild_members();
+}
+
+void CompositeSolid::rebuild_members() {
+  members_.clear();
+  members_.reserve(solids_.size());
+  for (THandle<Solid> const& s : solids_) members_.push_back(s.get());
+}
 
 bool CompositeSolid::contains_solid(Solid const& s, SolidSet::const_iterator& position) const {
   THandle<Box> const wanted = s.bounding_box();
@@ -33,7 +44,10 @@ bool CompositeSolid::contains_solid(Solid const& s, SolidSet::const_iterator& po
 
 void CompositeSolid::remove_solid(Solid const& s) {
   SolidSet::const_iterator position;
-  if (contains_solid(s, position)) solids_.erase(position);
+  if (contains_solid(s, position)) {
+    solids_.erase(position);
+    rebuild_members();
+  }
 }
 
 THandle<Box> CompositeSolid::first_bounding_box(char const* operation) const {
@@ -45,14 +59,15 @@ UnionSolid::~UnionSolid() = default;
 
 THandle<Box> UnionSolid::bounding_box() const {
   THandle<Box> result = first_bounding_box("UnionSolid::bounding_box()");
-  for (auto it = std::next(solids_.begin()); it != solids_.end(); ++it) {
+  for (auto it = std::next(solids().begin()); it != solids().end(); ++it) {
     result->merge(*(*it)->bounding_box());
   }
   return result;
 }
 
 bool UnionSolid::contains(Point const& p) const {
-  for (THandle<Solid> const& s : solids_) {
+  for (Solid const* s : members()) {
+    if (s == nullptr) THandleCommon::null_handle_error();
     if (s->contains(p)) return true;
   }
   return false;
@@ -65,7 +80,7 @@ THandle<Box> IntersectionSolid::bounding_box() const {
   Box const& r = *first;
   Point lo = r.min_corner();
   Point hi = r.max_corner();
-  for (auto it = std::next(solids_.begin()); it != solids_.end(); ++it) {
+  for (auto it = std::next(solids().begin()); it != solids().end(); ++it) {
     THandle<Box> const b = (*it)->bounding_box();
     if (equals(r, *b, 0.0005)) continue;
     Point const b_lo = b->min_corner();
@@ -85,7 +100,8 @@ THandle<Box> IntersectionSolid::bounding_box() const {
 }
 
 bool IntersectionSolid::contains(Point const& p) const {
-  for (THandle<Solid> const& s : solids_) {
+  for (Solid const* s : members()) {
+    if (s == nullptr) THandleCommon::null_handle_error();
     if (!s->contains(p)) return false;
   }
   return true;

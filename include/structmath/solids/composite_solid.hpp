@@ -3,6 +3,7 @@
 #pragma once
 
 #include <set>
+#include <vector>
 
 #include "structmath/core/handle.hpp"
 #include "structmath/export.hpp"
@@ -36,7 +37,7 @@ class STRUCTMATH_API CompositeSolid : public Solid {
 
  protected:
   CompositeSolid() = default;
-  explicit CompositeSolid(SolidSet const& solids) : solids_(solids) {}
+  explicit CompositeSolid(SolidSet const& solids);
   CompositeSolid(THandle<Solid> const& a, THandle<Solid> const& b);
   CompositeSolid(CompositeSolid const&) = default;
   CompositeSolid& operator=(CompositeSolid const&) = default;
@@ -45,7 +46,15 @@ class STRUCTMATH_API CompositeSolid : public Solid {
   /// when there is no member.
   THandle<Box> first_bounding_box(char const* operation) const;
 
+  /// The members' objects in set order, contiguous for the containment tests that run
+  /// once per Monte Carlo sample; a null member is a null pointer.
+  std::vector<Solid const*> const& members() const noexcept { return members_; }
+
+ private:
+  void rebuild_members();
+
   SolidSet solids_;
+  std::vector<Solid const*> members_;
 };
 
 }  // namespace structmath
