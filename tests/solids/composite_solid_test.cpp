@@ -65,6 +65,10 @@ TEST(CompositeSolid, FindsAndRemovesMembersByBoundingBoxNotIdentity) {
   solid.remove_solid(lookalike);
   ASSERT_EQ(solid.solids().size(), 1u);
   EXPECT_EQ(solid.solids().begin()->get(), ball.get());
+  // Containment follows the membership changes.
+  EXPECT_TRUE(solid.contains(Point(5, 5, 5.5)));
+  solid.add_solid(unit);
+  EXPECT_FALSE(solid.contains(Point(5, 5, 5.5)));
 }
 
 TEST(CompositeSolid, EmptyCompositesContainNothingOrEverythingAndHaveNoBox) {

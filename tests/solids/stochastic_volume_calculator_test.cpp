@@ -33,8 +33,7 @@ THandle<Solid> sphere(double x, double y, double z, double r) {
 /// Estimates the volume with a seeded generator and checks it against the exact value
 /// within four binomial standard errors of the hit fraction.
 void expect_volume(Solid const& solid, unsigned int density, double exact) {
-  Box const& box = *solid.bounding_box();
-  double const box_volume = box.volume();
+  double const box_volume = solid.bounding_box()->volume();
   double const n = std::floor(density * box_volume);
   double const p = exact / box_volume;
   double const standard_error = box_volume * std::sqrt(p * (1.0 - p) / n);
