@@ -90,12 +90,12 @@ TEST(Box, IntersectsIncludesTouchingBoxes) {
   EXPECT_FALSE(unit.intersects(Box()));
 }
 
-TEST(Box, ExpandMovesBoundsOutwardPerAxis) {
-  Box b(0.0, 1.0, 0.0, 1.0, 0.0, 1.0);
-  b.expand(0.5);
-  expect_bounds(b, -0.5, 1.5, -0.5, 1.5, -0.5, 1.5);
+TEST(Box, ExpandKeepsTheCentreAndMovesBoundsOutwardPerAxis) {
+  Box b(0.0, 1.0, 2.0, 4.0, -3.0, 0.0);
+  EXPECT_TRUE(equals(b.centroid(), Point(0.5, 3.0, -1.5), 0.0));
   b.expand(1.0, 0.0, -0.5);
-  expect_bounds(b, -1.5, 2.5, -0.5, 1.5, 0.0, 1.0);
+  expect_bounds(b, -1.0, 2.0, 2.0, 4.0, -2.5, -0.5);
+  EXPECT_TRUE(equals(b.centroid(), Point(0.5, 3.0, -1.5), 0.0));
 }
 
 TEST(Box, TransformByMapsOnlyTheTwoExtremeCornersWithoutSorting) {
