@@ -101,6 +101,19 @@ def xanthine(title, methyl_on_n1):
     return m
 
 
+def imidazole_ring(source):
+    """The five-membered ring of a xanthine (atoms N7, C8, N9, C4, C5), heavy atoms only."""
+    keep = [4, 5, 7, 8, 9]  # C4, C5, N7, C8, N9 (1-based indices in xanthine())
+    m = Mol("imidazole ring of the xanthines (substructure pattern)")
+    new_index = {}
+    for old in keep:
+        new_index[old] = m.atom(*source.atoms[old - 1])
+    for a, b, o in source.bonds:
+        if a in new_index and b in new_index:
+            m.bond(new_index[a], new_index[b], o)
+    return m
+
+
 def benzene():
     m = Mol("benzene")
     c = [m.atom("C", ring_point((0, 0, 0), 1.39, 60 * i)) for i in range(6)]
@@ -194,6 +207,7 @@ def main():
     write_xyz(os.path.join(OUT, "caffeine.xyz"), [caffeine])
     write_sdf(os.path.join(OUT, "caffeine.sdf"), [caffeine])
     write_sdf(os.path.join(OUT, "theobromine.sdf"), [theobromine])
+    write_sdf(os.path.join(OUT, "imidazole_ring.sdf"), [imidazole_ring(caffeine)])
     write_xyz(os.path.join(OUT, "benzene.xyz"), [benzene()])
     write_sdf(os.path.join(OUT, "benzene.sdf"), [benzene()])
     write_xyz(os.path.join(OUT, "butane_conformers.xyz"),
