@@ -74,8 +74,8 @@ void BM_MaximumCommonSubgraphConnected(benchmark::State& state) {
   ResizableArray2D<bool> const g2 = to_matrix(n2, e2);
   int size = 0;
   for (auto _ : state) {
-    auto const match = structmath::BronKerbosch::maximum_common_subgraph(
-        g1, g2, structmath::Subgraph::CONNECTED);
+    auto const match =
+        structmath::BronKerbosch::maximum_common_subgraph(g1, g2, structmath::Subgraph::CONNECTED);
     size = match->size();
     benchmark::DoNotOptimize(size);
   }

@@ -2,10 +2,10 @@
 // Log capture and scratch files for the test suites.
 #include "support/test_support.hpp"
 
+#include <unistd.h>
 #include <atomic>
 #include <cstdio>
 #include <filesystem>
-#include <unistd.h>
 
 #include "structmath/core/vasc_log.hpp"
 
@@ -28,8 +28,8 @@ LogCapture::~LogCapture() {
 
 ScratchFile::ScratchFile(std::string const& suffix) {
   static std::atomic<unsigned> counter{0};
-  auto const name = "structmath_test_" + std::to_string(::getpid()) + "_" +
-                    std::to_string(counter++) + suffix;
+  auto const name =
+      "structmath_test_" + std::to_string(::getpid()) + "_" + std::to_string(counter++) + suffix;
   path_ = (std::filesystem::temp_directory_path() / name).string();
 }
 
