@@ -39,31 +39,19 @@ std::vector<Point> regular(Plane const& plane, int n, double r, double cx, doubl
 }
 
 TEST(ConvexPolygon, MeasuresOfHandWorkedFigures) {
-  ConvexPolygon const s = square();
-  EXPECT_DOUBLE_EQ(s.area(), 4.0);
-  EXPECT_DOUBLE_EQ(s.perimeter(), 8.0);
-  EXPECT_TRUE(equals(s.centroid(), Point(1, 1, 0), 1e-14));
   // A trapezoid with parallel sides 4 and 2, height 2: area 6, centroid height
-  // h (b + 2a) / (3 (a + b)) = 2 * (4 + 4) / 18 = 8/9 above the long side.
+  // h (b + 2a) / (3 (a + b)) = 2 * (4 + 4) / 18 = 8/9 above the long side, which is not
+  // the mean of the vertices.
   ConvexPolygon const trapezoid(z0,
                                 {Point(0, 0, 0), Point(4, 0, 0), Point(3, 2, 0), Point(1, 2, 0)});
   EXPECT_DOUBLE_EQ(trapezoid.area(), 6.0);
   EXPECT_TRUE(equals(trapezoid.centroid(), Point(2, 8.0 / 9.0, 0), 1e-14));
-  // The area centroid is not the vertex mean, except for a triangle.
-  EXPECT_FALSE(equals(trapezoid.centroid(), structmath::centroid(trapezoid.vertices()), 1e-3));
-  Plane const tilted(Vector3D(1, 1, 1), 2.0);
-  std::vector<Point> const tri{tilted.local_to_global_coord(Point(0, 0, 0)),
-                               tilted.local_to_global_coord(Point(3, 0, 0)),
-                               tilted.local_to_global_coord(Point(0, 4, 0))};
-  ConvexPolygon const triangle(tilted, tri);
-  EXPECT_NEAR(triangle.area(), 6.0, 1e-13);
-  EXPECT_NEAR(triangle.perimeter(), 12.0, 1e-13);
-  EXPECT_TRUE(equals(triangle.centroid(), structmath::centroid(tri[0], tri[1], tri[2]), 1e-13));
   ConvexPolygon const empty;
   EXPECT_TRUE(empty.empty());
   EXPECT_EQ(empty.area(), 0.0);
   EXPECT_EQ(empty.perimeter(), 0.0);
   EXPECT_THROW(empty.centroid(), std::runtime_error);
+  EXPECT_FALSE(empty.contains(Point(0, 0, 0)));
 }
 
 TEST(ConvexPolygon, RegularPolygonsInRandomPlanesMatchTheClosedForms) {
@@ -79,24 +67,13 @@ TEST(ConvexPolygon, RegularPolygonsInRandomPlanesMatchTheClosedForms) {
     EXPECT_NEAR(polygon.area(), 0.5 * n * r * r * std::sin(2 * kPi / n), 1e-11);
     EXPECT_NEAR(polygon.perimeter(), 2.0 * n * r * std::sin(kPi / n), 1e-11);
     EXPECT_TRUE(equals(polygon.centroid(), plane.local_to_global_coord(Point(cx, cy, 0)), 1e-11));
-    EXPECT_TRUE(polygon.contains(polygon.centroid()));
     EXPECT_TRUE(polygon.contains(v[0]));
+    // Just outside an edge midpoint, and just off the plane, are outside.
+    Point const mid = centroid(v[0], v[1]);
+    EXPECT_FALSE(polygon.contains(mid + 0.01 * (mid - polygon.centroid())));
+    EXPECT_FALSE(polygon.contains(polygon.centroid() + 0.01 * plane.normal()));
+    EXPECT_TRUE(polygon.contains(polygon.centroid() + 0.01 * plane.normal(), 0.02));
   }
-}
-
-TEST(ConvexPolygon, ContainmentNeedsThePlaneAndTheInside) {
-  ConvexPolygon const s = square();
-  EXPECT_TRUE(s.contains(Point(1, 1, 0)));
-  EXPECT_TRUE(s.contains(Point(2, 1, 0)));         // on an edge
-  EXPECT_TRUE(s.contains(Point(2 + 5e-8, 1, 0)));  // within the tolerance
-  EXPECT_FALSE(s.contains(Point(2.01, 1, 0)));
-  EXPECT_FALSE(s.contains(Point(1, 1, 0.01)));  // off the plane
-  EXPECT_TRUE(s.contains(Point(1, 1, 0.01), 0.02));
-  ConvexPolygon const reversed(z0,
-                               {Point(0, 2, 0), Point(2, 2, 0), Point(2, 0, 0), Point(0, 0, 0)});
-  EXPECT_TRUE(reversed.contains(Point(0.5, 1.5, 0)));
-  EXPECT_FALSE(reversed.contains(Point(-0.5, 1.5, 0)));
-  EXPECT_FALSE(ConvexPolygon().contains(Point(0, 0, 0)));
 }
 
 TEST(ConvexPolygon, RejectsBadVertexLists) {
@@ -104,20 +81,17 @@ TEST(ConvexPolygon, RejectsBadVertexLists) {
             "ConvexPolygon: a polygon needs at least three vertices");
   EXPECT_EQ(construction_message(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(0, 1, 0.01)}),
             "ConvexPolygon: a vertex does not lie in the plane");
-  std::string const not_convex = "ConvexPolygon: the vertices do not form a convex polygon";
   // A dart (one reflex corner), a self-crossing bow tie, a pentagram winding twice, and
   // points on one line.
-  EXPECT_EQ(
-      construction_message(z0, {Point(0, 0, 0), Point(2, 1, 0), Point(4, 0, 0), Point(2, 3, 0)}),
-      not_convex);
-  EXPECT_EQ(
-      construction_message(z0, {Point(0, 0, 0), Point(2, 2, 0), Point(2, 0, 0), Point(0, 2, 0)}),
-      not_convex);
-  std::vector<Point> const pentagon = regular(z0, 5, 1.0, 0, 0, 0);
-  EXPECT_EQ(
-      construction_message(z0, {pentagon[0], pentagon[2], pentagon[4], pentagon[1], pentagon[3]}),
-      not_convex);
-  EXPECT_EQ(construction_message(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(3, 0, 0)}), not_convex);
+  std::vector<Point> const p = regular(z0, 5, 1.0, 0, 0, 0);
+  for (std::vector<Point> const& bad :
+       {std::vector<Point>{Point(0, 0, 0), Point(2, 1, 0), Point(4, 0, 0), Point(2, 3, 0)},
+        std::vector<Point>{Point(0, 0, 0), Point(2, 2, 0), Point(2, 0, 0), Point(0, 2, 0)},
+        std::vector<Point>{p[0], p[2], p[4], p[1], p[3]},
+        std::vector<Point>{Point(0, 0, 0), Point(1, 0, 0), Point(3, 0, 0)}}) {
+    EXPECT_EQ(construction_message(z0, bad),
+              "ConvexPolygon: the vertices do not form a convex polygon");
+  }
   // Repeated and collinear vertices are harmless.
   EXPECT_EQ(
       construction_message(z0, {Point(0, 0, 0), Point(1, 0, 0), Point(2, 0, 0), Point(2, 0, 0),
@@ -130,11 +104,9 @@ TEST(ConvexPolygon, ClippingKeepsTheChosenSide) {
   ConvexPolygon const s = square();
   Plane const x1(Vector3D(1, 0, 0), 1.0);  // normal towards +x
   ConvexPolygon const right = s.clip(x1, HalfSpace::along_normal);
-  ConvexPolygon const left = s.clip(x1, HalfSpace::against_normal);
   EXPECT_DOUBLE_EQ(right.area(), 2.0);
-  EXPECT_DOUBLE_EQ(left.area(), 2.0);
   EXPECT_TRUE(equals(right.centroid(), Point(1.5, 1, 0), 1e-14));
-  EXPECT_TRUE(equals(left.centroid(), Point(0.5, 1, 0), 1e-14));
+  EXPECT_TRUE(equals(s.clip(x1, HalfSpace::against_normal).centroid(), Point(0.5, 1, 0), 1e-14));
   EXPECT_EQ(right.plane(), s.plane());
   // A diagonal cut through two corners leaves a triangle; the corners are not doubled.
   ConvexPolygon const half =
@@ -178,7 +150,7 @@ TEST(ConvexPolygon, ClippingOverRandomPolygonsAndCutters) {
     // A cutter that misses the polygon returns it whole or empty.
     Plane const beyond(cutter.normal(), cutter.distance() + 100.0);  // all on the far side
     ConvexPolygon const whole = polygon.clip(beyond, HalfSpace::against_normal);
-    EXPECT_EQ(whole.vertices().size(), polygon.vertices().size());
+    ASSERT_EQ(whole.size(), polygon.size());
     for (std::size_t i = 0; i < whole.size(); ++i) {
       EXPECT_TRUE(equals(whole.vertices()[i], polygon.vertices()[i], 0.0));
     }

@@ -6,6 +6,7 @@
 
 #include <sstream>
 #include <stdexcept>
+#include <vector>
 
 #include "structmath/core/archive.hpp"
 #include "structmath/geometry/quaternion.hpp"
@@ -16,8 +17,6 @@ namespace {
 
 TEST(Transformation, TwelveNumbersAreMatrixRowsThenTranslation) {
   Transformation const t(0, -1, 0, 1, 0, 0, 0, 0, 1, 10, 20, 30);
-  EXPECT_EQ(t.rotation()(1, 2), -1.0);
-  EXPECT_EQ(t.rotation()(2, 1), 1.0);
   EXPECT_TRUE(equals(t * Point(1, 2, 3), Point(8, 21, 33), 0.0));
   // A displacement turns but does not move.
   EXPECT_TRUE(equals(t * Vector3D(1, 2, 3), Vector3D(-2, 1, 3), 0.0));
@@ -49,19 +48,13 @@ TEST(Transformation, InverseUndoesRigidScaledAndImproperMaps) {
     Transformation const t(m, random.vector());
     EXPECT_TRUE(equals(t.inverse() * t, Transformation(), 1e-12));
     EXPECT_TRUE(equals(t * t.inverse(), Transformation(), 1e-12));
-    Point const p = random.point();
-    EXPECT_TRUE(equals(t.inverse() * (t * p), p, 1e-11));
   }
-  Transformation const flat(1, 0, 0, 0, 1, 0, 0, 0, 0, 1, 2, 3);
-  try {
-    flat.inverse();
-    FAIL();
-  } catch (std::runtime_error const& e) {
-    EXPECT_STREQ(e.what(), "Singular Matrix3D in Matrix3D::inverse()");
-  }
+  EXPECT_EQ(testing::message_of<std::runtime_error>(
+                [] { Transformation(1, 0, 0, 0, 1, 0, 0, 0, 0, 1, 2, 3).inverse(); }),
+            "Singular Matrix3D in Matrix3D::inverse()");
 }
 
-TEST(Transformation, PrintsRowsAndTranslation) {
+TEST(Transformation, PrintsRowsAndRoundTripsThroughAnArchive) {
   std::ostringstream out;
   Transformation(1, 0, 0, 0, -1, 0, 0, 0, 0.5, 1.25, -2, 3).print(out);
   EXPECT_EQ(out.str(),
@@ -69,9 +62,7 @@ TEST(Transformation, PrintsRowsAndTranslation) {
             "             0.000  -1.000   0.000\n"
             "             0.000   0.000   0.500\n"
             "translation:    1.250  -2.000   3.000\n");
-}
 
-TEST(Transformation, RoundTripsThroughAnArchiveAndRejectsTruncation) {
   Transformation const t(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12);
   Archive archive;
   t.write(archive);
@@ -79,7 +70,6 @@ TEST(Transformation, RoundTripsThroughAnArchiveAndRejectsTruncation) {
   Transformation back;
   back.read(archive);
   EXPECT_EQ(back, t);
-  EXPECT_NE(back, Transformation());
 
   std::vector<unsigned char> bytes = archive.bytes();
   bytes.resize(bytes.size() - 1);

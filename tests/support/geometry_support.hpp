@@ -38,12 +38,13 @@ class GeometryRandom {
   std::uniform_real_distribution<double> uniform_;
 };
 
-/// The message of the exception f throws, or "no exception".
-template <typename F>
+/// The message of the exception f throws, or "no exception". An exception that is
+/// not an E escapes, so a test can pin the type as well as the message.
+template <typename E = std::exception, typename F>
 std::string message_of(F f) {
   try {
     f();
-  } catch (std::exception const& e) {
+  } catch (E const& e) {
     return e.what();
   }
   return "no exception";
