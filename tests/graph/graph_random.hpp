@@ -1,12 +1,21 @@
 // SPDX-License-Identifier: MIT
-// Random adjacency matrices for the graph-matching tests.
+// Small adjacency matrices, given or random, for the graph-matching tests.
 #pragma once
 
 #include <random>
+#include <utility>
+#include <vector>
 
 #include "structmath/graph/resizable_array_2d.hpp"
 
 namespace structmath::graph_test {
+
+/// The n x n adjacency matrix with the given undirected edges.
+inline ResizableArray2D<bool> matrix(int n, std::vector<std::pair<int, int>> const& edges) {
+  ResizableArray2D<bool> a(n, n, false);
+  for (auto const& [i, k] : edges) a[i][k] = a[k][i] = true;
+  return a;
+}
 
 /// A symmetric n x n adjacency matrix without self-loops, each edge present
 /// with probability `density`.

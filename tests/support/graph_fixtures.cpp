@@ -8,67 +8,62 @@ namespace structmath::testing {
 
 namespace {
 
-MoleculeGraph molecule(std::string name, std::vector<std::string> elements,
-                       std::vector<std::pair<int, int>> const& bonds) {
+using Bonds = std::vector<std::pair<int, int>>;
+
+MoleculeGraph molecule(std::string name, std::vector<std::string> elements, Bonds const& bonds) {
   MoleculeGraph result{std::move(name), std::move(elements), Graph()};
   for (int i = 0; i < result.natoms(); ++i) result.graph.add_node(i);
   for (auto const& [a, b] : bonds) result.graph.add_edge(a, b);
   return result;
 }
 
-void add_ring(std::vector<std::pair<int, int>>& bonds, std::vector<int> const& atoms) {
-  for (std::size_t i = 0; i < atoms.size(); ++i) {
-    bonds.emplace_back(atoms[i], atoms[(i + 1) % atoms.size()]);
+// `carbons` carbon symbols followed by `hydrogens` hydrogen ones.
+std::vector<std::string> atoms(int carbons, int hydrogens) {
+  std::vector<std::string> elements(static_cast<std::size_t>(carbons), "C");
+  elements.resize(static_cast<std::size_t>(carbons + hydrogens), "H");
+  return elements;
+}
+
+// Bonds along the atoms in turn, closing the ring when asked.
+void add_path(Bonds& bonds, std::vector<int> const& path, bool ring) {
+  for (std::size_t i = 0; i + 1 < path.size(); ++i) bonds.emplace_back(path[i], path[i + 1]);
+  if (ring) bonds.emplace_back(path.back(), path.front());
+}
+
+// Six carbons in a ring, each carrying `per_carbon` hydrogens numbered from 6 on.
+MoleculeGraph six_ring(std::string name, int per_carbon) {
+  Bonds bonds;
+  add_path(bonds, {0, 1, 2, 3, 4, 5}, true);
+  for (int i = 0; i < 6; ++i) {
+    for (int h = 0; h < per_carbon; ++h) bonds.emplace_back(i, 6 + per_carbon * i + h);
   }
+  return molecule(std::move(name), atoms(6, 6 * per_carbon), bonds);
 }
 
 }  // namespace
 
-MoleculeGraph benzene() {
-  std::vector<std::string> elements(6, "C");
-  elements.resize(12, "H");
-  std::vector<std::pair<int, int>> bonds;
-  add_ring(bonds, {0, 1, 2, 3, 4, 5});
-  for (int i = 0; i < 6; ++i) bonds.emplace_back(i, 6 + i);
-  return molecule("benzene", elements, bonds);
-}
+MoleculeGraph benzene() { return six_ring("benzene", 1); }
 
-MoleculeGraph cyclohexane() {
-  std::vector<std::string> elements(6, "C");
-  elements.resize(18, "H");
-  std::vector<std::pair<int, int>> bonds;
-  add_ring(bonds, {0, 1, 2, 3, 4, 5});
-  for (int i = 0; i < 6; ++i) {
-    bonds.emplace_back(i, 6 + 2 * i);
-    bonds.emplace_back(i, 7 + 2 * i);
-  }
-  return molecule("cyclohexane", elements, bonds);
-}
+MoleculeGraph cyclohexane() { return six_ring("cyclohexane", 2); }
 
 MoleculeGraph naphthalene() {
-  std::vector<std::string> elements(10, "C");
-  elements.resize(18, "H");
-  std::vector<std::pair<int, int>> bonds;
-  add_ring(bonds, {0, 1, 2, 3, 8, 9});
-  bonds.emplace_back(8, 4);
-  bonds.emplace_back(4, 5);
-  bonds.emplace_back(5, 6);
-  bonds.emplace_back(6, 7);
-  bonds.emplace_back(7, 9);
+  Bonds bonds;
+  add_path(bonds, {0, 1, 2, 3, 8, 9}, true);
+  add_path(bonds, {8, 4, 5, 6, 7, 9}, false);
   for (int i = 0; i < 8; ++i) bonds.emplace_back(i, 10 + i);
-  return molecule("naphthalene", elements, bonds);
+  return molecule("naphthalene", atoms(10, 8), bonds);
 }
 
 MoleculeGraph carbon_chain(int length) {
-  std::vector<std::pair<int, int>> bonds;
+  Bonds bonds;
   for (int i = 0; i + 1 < length; ++i) bonds.emplace_back(i, i + 1);
-  return molecule("chain", std::vector<std::string>(static_cast<std::size_t>(length), "C"), bonds);
+  return molecule("chain", atoms(length, 0), bonds);
 }
 
 MoleculeGraph carbon_star(int arms) {
-  std::vector<std::pair<int, int>> bonds;
+  Bonds bonds;
   for (int i = 1; i <= arms; ++i) bonds.emplace_back(0, i);
-  return molecule("star", std::vector<std::string>(static_cast<std::size_t>(arms + 1), "C"), bonds);
+  return molecule("star", atoms(arms + 1, 0), bonds);
 }
 
 MoleculeGraph empty_molecule() { return molecule("empty", {}, {}); }
@@ -81,7 +76,7 @@ MoleculeGraph heavy_atoms(MoleculeGraph const& source) {
     new_index[i] = static_cast<int>(elements.size());
     elements.push_back(source.elements[i]);
   }
-  std::vector<std::pair<int, int>> bonds;
+  Bonds bonds;
   for (auto const& [a, b] : source.graph.edges()) {
     int const na = new_index[static_cast<std::size_t>(a)];
     int const nb = new_index[static_cast<std::size_t>(b)];
