@@ -8,6 +8,8 @@
 #include <limits>
 #include <stdexcept>
 #include <string>
+#include <tuple>
+#include <utility>
 
 #include "support/statistics_support.hpp"
 
@@ -20,29 +22,18 @@ double const inf = std::numeric_limits<double>::infinity();
 double const nan = std::numeric_limits<double>::quiet_NaN();
 
 TEST(RangeLimit, ContainsRespectsOpenAndClosedBounds) {
-  RangeLimit const closed(1.0, 2.0);
-  RangeLimit const open(1.0, 2.0, false, false);
-  RangeLimit const half(1.0, 2.0, true, false);
-  for (double x : {1.0, 1.5, 2.0}) EXPECT_TRUE(closed.contains(x)) << x;
-  EXPECT_FALSE(closed.contains(std::nextafter(1.0, 0.0)));
-  EXPECT_FALSE(closed.contains(std::nextafter(2.0, 3.0)));
-  EXPECT_FALSE(open.contains(1.0));
-  EXPECT_FALSE(open.contains(2.0));
-  EXPECT_TRUE(open.contains(std::nextafter(1.0, 2.0)));
-  EXPECT_TRUE(half.contains(1.0));
-  EXPECT_FALSE(half.contains(2.0));
-  EXPECT_FALSE(closed.contains(nan));
-
-  RangeLimit const everything;
-  EXPECT_FALSE(everything.has_lower());
-  EXPECT_FALSE(everything.has_upper());
-  EXPECT_TRUE(everything.contains(-1e308));
-  EXPECT_TRUE(everything.contains(1e308));
-  EXPECT_FALSE(everything.contains(nan));
-
-  RangeLimit const point(3.0, 3.0);
-  EXPECT_TRUE(point.contains(3.0));
-  EXPECT_FALSE(RangeLimit(3.0, 3.0, false, true).contains(3.0));
+  RangeLimit const closed(1, 2), open(1, 2, false, false), half(1, 2, true, false);
+  RangeLimit const all, point(3, 3), not_point(3, 3, false, true);
+  double const below_1 = std::nextafter(1.0, 0.0), above_1 = std::nextafter(1.0, 2.0);
+  double const above_2 = std::nextafter(2.0, 3.0);
+  std::tuple<RangeLimit, double, bool> const cases[] = {
+      {closed, 1.0, true},  {closed, 2.0, true}, {closed, below_1, false}, {closed, above_2, false},
+      {closed, nan, false}, {open, 1.0, false},  {open, 2.0, false},       {open, above_1, true},
+      {half, 1.0, true},    {half, 2.0, false},  {all, -1e308, true},      {all, 1e308, true},
+      {all, nan, false},    {point, 3.0, true},  {not_point, 3.0, false}};
+  for (auto const& [range, x, inside] : cases) {
+    EXPECT_EQ(range.contains(x), inside) << range << " " << x;
+  }
 }
 
 TEST(RangeLimit, ContainsWithinKStandardUncertainties) {
@@ -56,27 +47,23 @@ TEST(RangeLimit, ContainsWithinKStandardUncertainties) {
   EXPECT_TRUE(open.contains(low, 1.5));
   EXPECT_FALSE(closed.contains(high, 1.0));
   EXPECT_TRUE(closed.contains(high, 2.0));
-  EXPECT_TRUE(closed.contains(UncertainValue(4.0), 3.0));
   EXPECT_FALSE(closed.contains(UncertainValue(6.0), 3.0));  // exact values do not move
-  std::string const message = "RangeLimit::contains: k must not be negative";
-  expect_throw_message<std::invalid_argument>([&] { closed.contains(low, -1.0); }, message);
-  expect_throw_message<std::invalid_argument>([&] { closed.contains(low, nan); }, message);
+  for (double k : {-1.0, nan}) {
+    expect_throw_message<std::invalid_argument>([&] { closed.contains(low, k); },
+                                                "RangeLimit::contains: k must not be negative");
+  }
 }
 
 TEST(RangeLimit, BoundsAreCheckedAndAFailedChangeKeepsTheRange) {
-  std::string const message = "RangeLimit: invalid bounds";
-  expect_throw_message<std::invalid_argument>([] { RangeLimit(2.0, 1.0); }, message);
-  expect_throw_message<std::invalid_argument>([] { RangeLimit(nan, 1.0); }, message);
-  expect_throw_message<std::invalid_argument>([] { RangeLimit(inf, inf); }, message);
-  expect_throw_message<std::invalid_argument>([] { RangeLimit(-inf, -inf); }, message);
-
+  std::pair<double, double> const bad[] = {{2.0, 1.0}, {nan, 1.0}, {inf, inf}, {-inf, -inf}};
+  for (auto const& [lower, upper] : bad) {
+    expect_throw_message<std::invalid_argument>([&] { RangeLimit(lower, upper); },
+                                                "RangeLimit: invalid bounds");
+  }
   RangeLimit r(-inf, inf, true, true);  // infinite bounds are absent bounds, never closed
-  EXPECT_FALSE(r.lower_closed());
-  EXPECT_FALSE(r.upper_closed());
+  EXPECT_EQ(r.to_string(), "(-inf, inf)");
   r.set_lower(0.0);
   r.set_upper(10.0, false);
-  EXPECT_TRUE(r.has_lower());
-  EXPECT_EQ(r.to_string(), "[0, 10)");
   EXPECT_THROW(r.set_lower(11.0), std::invalid_argument);
   EXPECT_THROW(r.set_upper(-1.0), std::invalid_argument);
   EXPECT_EQ(r.to_string(), "[0, 10)");
@@ -87,32 +74,17 @@ TEST(RangeLimit, BoundsAreCheckedAndAFailedChangeKeepsTheRange) {
 }
 
 TEST(RangeLimit, ParsesAndPrintsIntervalNotation) {
-  struct Case {
-    char const* text;
-    char const* printed;
-  };
-  Case const cases[] = {
-      {"[1.5, 3)", "[1.5, 3)"},
-      {"(0, 2.5]", "(0, 2.5]"},
-      {"[0, inf)", "[0, inf)"},
-      {"(-inf, inf)", "(-inf, inf)"},
-      {"(-inf,-1e-20]", "(-inf, -1e-20]"},
-      {"  [ 1.5 ,3 ) ", "[1.5, 3)"},
-      {"(2, +inf)", "(2, inf)"},
-      {"[0.1, 0.1]", "[0.1, 0.1]"},
-  };
-  for (Case const& c : cases) {
-    RangeLimit const r = RangeLimit::parse(c.text);
-    EXPECT_EQ(r.to_string(), c.printed) << c.text;
-    RangeLimit const back = RangeLimit::parse(r.to_string());
-    EXPECT_EQ(back.lower(), r.lower()) << c.text;
-    EXPECT_EQ(back.upper(), r.upper()) << c.text;
-    EXPECT_EQ(back.lower_closed(), r.lower_closed()) << c.text;
-    EXPECT_EQ(back.upper_closed(), r.upper_closed()) << c.text;
+  for (char const* text : {"[1.5, 3)", "(0, 2.5]", "[0, inf)", "(-inf, inf)", "[0.1, 0.1]"}) {
+    EXPECT_EQ(RangeLimit::parse(text).to_string(), text);
   }
-  RangeLimit const r = RangeLimit::parse("(0, 2.5]");
-  EXPECT_FALSE(r.contains(0.0));
-  EXPECT_TRUE(r.contains(2.5));
+  std::pair<char const*, char const*> const relaxed[] = {{"  [ 1.5 ,3 ) ", "[1.5, 3)"},
+                                                         {"(-inf,-1e-20]", "(-inf, -1e-20]"},
+                                                         {"(2, +inf)", "(2, inf)"}};
+  for (auto const& [text, printed] : relaxed) {
+    EXPECT_EQ(RangeLimit::parse(text).to_string(), printed) << text;
+  }
+  // Bounds print as the shortest text that reads back as the same double.
+  EXPECT_EQ(RangeLimit::parse(RangeLimit(1.0 / 3.0, 1.0).to_string()).lower(), 1.0 / 3.0);
 
   char const* const bad[] = {"",           "[1,2",      "1,2]",     "[1;2]",    "[1,2,3]",
                              "[2,1]",      "[-inf,2]",  "(1, inf]", "[nan, 2]", "[a, 2]",
