@@ -52,6 +52,7 @@ double scale_by_power_of_ten(double x, int n) {
 
 int decimal_exponent(double x) {
   x = std::fabs(x);
+  if (x == 0.0 || !std::isfinite(x)) return 0;  // no decimal exponent; callers avoid these
   auto exponent = static_cast<int>(std::floor(std::log10(x)));
   double const scaled = scale_by_power_of_ten(x, -exponent);
   if (scaled >= 10.0) ++exponent;

@@ -57,8 +57,12 @@ std::string Uncertainty::to_string() const {
   if (value_ == 0.0) return "0";
   Shown const s = shown();
   double const r = detail::scale_by_power_of_ten(s.digits, s.exponent);
-  return detail::wants_scientific(r) ? detail::scientific_text(r, s.exponent)
-                                     : detail::fixed_text(r, s.exponent);
+  if (!detail::wants_scientific(r)) return detail::fixed_text(r, s.exponent);
+  // Written from the digits themselves: near the largest double the rounded
+  // value (1.8e308 for 1.797e308) is not representable.
+  std::string const d = std::to_string(s.digits);
+  return d.size() == 1 ? d + "e" + std::to_string(s.exponent)
+                       : d.substr(0, 1) + "." + d.substr(1) + "e" + std::to_string(s.exponent + 1);
 }
 
 void Uncertainty::write(Archive& archive) const { archive << value_; }
