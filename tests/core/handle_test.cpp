@@ -7,7 +7,7 @@
 #include <set>
 #include <stdexcept>
 
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

@@ -14,9 +14,9 @@
 #include <vector>
 
 #include "graph_random.hpp"
+#include "support/expect_throw.hpp"
 #include "support/graph_comparisons.hpp"
 #include "support/graph_fixtures.hpp"
-#include "support/statistics_support.hpp"
 
 namespace structmath {
 namespace {

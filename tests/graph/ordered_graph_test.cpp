@@ -10,7 +10,7 @@
 #include <vector>
 
 #include "graph_random.hpp"
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

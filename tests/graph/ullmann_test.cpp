@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "graph_random.hpp"
+#include "support/expect_throw.hpp"
 #include "support/graph_fixtures.hpp"
-#include "support/statistics_support.hpp"
 #include "support/test_support.hpp"
 
 namespace structmath {

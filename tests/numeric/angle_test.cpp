@@ -12,7 +12,7 @@
 
 #include "structmath/core/archive.hpp"
 #include "structmath/core/text_conversion.hpp"
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

@@ -13,7 +13,7 @@
 #include <string>
 #include <tuple>
 
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

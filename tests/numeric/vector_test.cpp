@@ -13,7 +13,7 @@
 
 #include "structmath/core/archive.hpp"
 #include "structmath/numeric/point.hpp"
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

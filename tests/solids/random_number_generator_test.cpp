@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

@@ -14,7 +14,7 @@
 #include "structmath/solids/slab.hpp"
 #include "structmath/solids/sphere.hpp"
 #include "structmath/solids/union_solid.hpp"
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

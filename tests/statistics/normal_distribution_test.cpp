@@ -8,7 +8,7 @@
 #include <limits>
 #include <stdexcept>
 
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

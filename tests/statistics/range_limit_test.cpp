@@ -11,7 +11,7 @@
 #include <tuple>
 #include <utility>
 
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

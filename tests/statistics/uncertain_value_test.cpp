@@ -12,7 +12,7 @@
 #include <tuple>
 #include <vector>
 
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

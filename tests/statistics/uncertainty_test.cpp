@@ -10,7 +10,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "support/statistics_support.hpp"
+#include "support/expect_throw.hpp"
 
 namespace structmath {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Test helper for the statistics and fraction suites: exception type and message checks.
+// Test helper shared by the suites: checks of an exception's type and exact message.
 #pragma once
 
 #include <gtest/gtest.h>
