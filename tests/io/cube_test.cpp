@@ -7,6 +7,7 @@
 #include <sstream>
 
 #include "structmath/io/parse_error.hpp"
+#include "support/io_support.hpp"
 
 namespace structmath::io {
 namespace {
@@ -29,12 +30,9 @@ CubeFile parse(std::string const& text) {
 }
 
 void expect_parse_error(std::string const& text, std::string const& message) {
-  try {
-    (void)parse(text);
-    ADD_FAILURE() << "accepted:\n" << text;
-  } catch (ParseError const& e) {
-    EXPECT_EQ(std::string(e.what()), message);
-  }
+  testing::expect_parse_error(
+      [](std::istream& in, std::string const& n) { return read_cube(in, n); }, "test.cube", text,
+      message);
 }
 
 TEST(Cube, ReadsHeaderAtomsAndValuesWithZFastestInAngstrom) {
@@ -90,11 +88,8 @@ TEST(Cube, WrittenCubeReadsBackTheSame) {
 }
 
 TEST(Cube, MalformedFilesNameLineAndExpectation) {
-  auto with_line = [](int line, std::string const& replacement) {
-    std::string text = small_cube;
-    std::size_t start = 0;
-    for (int i = 1; i < line; ++i) start = text.find('\n', start) + 1;
-    return text.replace(start, text.find('\n', start) - start, replacement);
+  auto with_line = [](int line, std::string const& with) {
+    return testing::replace_line(small_cube, line, with);
   };
   expect_parse_error("only one line\n",
                      "test.cube:2: unexpected end of file, expected the second comment line");

@@ -10,6 +10,7 @@
 
 #include "structmath/io/elements.hpp"
 #include "structmath/io/parse_error.hpp"
+#include "support/io_support.hpp"
 #include "support/test_support.hpp"
 
 namespace structmath::io {
@@ -35,20 +36,10 @@ std::vector<Molecule> parse(std::string const& text) {
   return read_sdf(in, "test.sdf");
 }
 
-std::string replace_line(std::string text, int line, std::string const& with) {
-  std::size_t start = 0;
-  for (int i = 1; i < line; ++i) start = text.find('\n', start) + 1;
-  std::size_t const end = text.find('\n', start);
-  return text.replace(start, end - start, with);
-}
-
 void expect_parse_error(std::string const& text, std::string const& message) {
-  try {
-    (void)parse(text);
-    ADD_FAILURE() << "accepted:\n" << text;
-  } catch (ParseError const& e) {
-    EXPECT_EQ(std::string(e.what()), message);
-  }
+  testing::expect_parse_error(
+      [](std::istream& in, std::string const& n) { return read_sdf(in, n); }, "test.sdf", text,
+      message);
 }
 
 TEST(Molfile, ReadsAtomsAndBondsOfSeveralRecords) {
@@ -72,27 +63,27 @@ TEST(Molfile, MalformedRecordsNameLineAndExpectation) {
   expect_parse_error("", "test.sdf:0: no record in the file");
   expect_parse_error("title\n",
                      "test.sdf:2: unexpected end of file, expected the program line of the header");
-  expect_parse_error(replace_line(methanal, 4, "  0  0  0  0  0  0  0  0  0  0999 V3000"),
+  expect_parse_error(testing::replace_line(methanal, 4, "  0  0  0  0  0  0  0  0  0  0999 V3000"),
                      "test.sdf:4: V3000 connection tables are not supported, expected V2000");
-  expect_parse_error(replace_line(methanal, 4, "  x  3  0  0  0  0  0  0  0  0999 V2000"),
+  expect_parse_error(testing::replace_line(methanal, 4, "  x  3  0  0  0  0  0  0  0  0999 V2000"),
                      "test.sdf:4: expected a whole number for the atom count, found '  x'");
-  expect_parse_error(replace_line(methanal, 4, "  5  3  0  0  0  0  0  0  0  0999 V2000"),
+  expect_parse_error(testing::replace_line(methanal, 4, "  5  3  0  0  0  0  0  0  0  0999 V2000"),
                      "test.sdf:9: expected a number for x, found '  1  2  2 '");
-  expect_parse_error(replace_line(methanal, 4, "  4  4  0  0  0  0  0  0  0  0999 V2000"),
+  expect_parse_error(testing::replace_line(methanal, 4, "  4  4  0  0  0  0  0  0  0  0999 V2000"),
                      "test.sdf:12: expected bond 4 of 4, found 'M  END'");
-  expect_parse_error(replace_line(methanal, 4, "  4  2  0  0  0  0  0  0  0  0999 V2000"),
+  expect_parse_error(testing::replace_line(methanal, 4, "  4  2  0  0  0  0  0  0  0  0999 V2000"),
                      "test.sdf:11: expected a property line or \"M  END\", found '  1  4  1  0' "
                      "(do the counts match the blocks?)");
-  expect_parse_error(
-      replace_line(methanal, 6, "    1.2050    0.0000    0.0000 Q   0  0  0  0  0  0  0  0"),
-      "test.sdf:6: unknown element 'Q'");
-  expect_parse_error(replace_line(methanal, 6, "    1.2050    0.0000"),
+  expect_parse_error(testing::replace_line(
+                         methanal, 6, "    1.2050    0.0000    0.0000 Q   0  0  0  0  0  0  0  0"),
+                     "test.sdf:6: unknown element 'Q'");
+  expect_parse_error(testing::replace_line(methanal, 6, "    1.2050    0.0000"),
                      "test.sdf:6: line too short for z (columns 21-30)");
-  expect_parse_error(replace_line(methanal, 9, "  1  7  1  0"),
+  expect_parse_error(testing::replace_line(methanal, 9, "  1  7  1  0"),
                      "test.sdf:9: bond to atom 7, expected 1 to 4");
-  expect_parse_error(replace_line(methanal, 9, "  1  1  1  0"),
+  expect_parse_error(testing::replace_line(methanal, 9, "  1  1  1  0"),
                      "test.sdf:9: bond from an atom to itself");
-  expect_parse_error(replace_line(methanal, 9, "  1  2  9  0"),
+  expect_parse_error(testing::replace_line(methanal, 9, "  1  2  9  0"),
                      "test.sdf:9: bond type 9, expected 1 to 4");
   expect_parse_error(methanal.substr(0, methanal.size() - 7),
                      "test.sdf:12: unexpected end of file, expected \"M  END\"");

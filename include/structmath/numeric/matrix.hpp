@@ -14,6 +14,17 @@ namespace structmath {
 template <typename T, unsigned int R, unsigned int C>
 class Matrix;
 
+/// A read-only view of one row of a matrix; [c] counts from 0. Valid while the
+/// matrix it came from lives.
+class ConstRow {
+ public:
+  constexpr explicit ConstRow(double const* row) noexcept : row_(row) {}
+  constexpr double operator[](unsigned int c) const noexcept { return row_[c]; }
+
+ private:
+  double const* row_;
+};
+
 /// A 3x3 matrix stored row-major: element (r, c), counted from 0, at index 3r + c.
 ///
 /// Index conventions are mixed on purpose: m(r, c) and col(c) count from 1 as in
@@ -21,15 +32,7 @@ class Matrix;
 template <>
 class Matrix<double, 3, 3> {
  public:
-  /// A read-only view of one row; [c] counts from 0.
-  class ConstRow {
-   public:
-    constexpr explicit ConstRow(double const* row) noexcept : row_(row) {}
-    constexpr double operator[](unsigned int c) const noexcept { return row_[c]; }
-
-   private:
-    double const* row_;
-  };
+  using ConstRow = structmath::ConstRow;
 
   /// The identity.
   constexpr Matrix() noexcept {
@@ -130,14 +133,7 @@ inline bool equals(Matrix3D const& a, Matrix3D const& b, double tolerance) noexc
 template <>
 class Matrix<double, 2, 2> {
  public:
-  class ConstRow {
-   public:
-    constexpr explicit ConstRow(double const* row) noexcept : row_(row) {}
-    constexpr double operator[](unsigned int c) const noexcept { return row_[c]; }
-
-   private:
-    double const* row_;
-  };
+  using ConstRow = structmath::ConstRow;
 
   constexpr Matrix() noexcept {
     m_[0] = 1.0;
