@@ -5,7 +5,7 @@
 #include <cmath>
 #include <ostream>
 
-#include "fixed_format.hpp"
+#include "../numeric/fixed_format.hpp"
 #include "structmath/core/archive.hpp"
 
 namespace structmath {

@@ -6,7 +6,7 @@
 #include <ostream>
 #include <stdexcept>
 
-#include "fixed_format.hpp"
+#include "../numeric/fixed_format.hpp"
 #include "structmath/core/archive.hpp"
 #include "structmath/geometry/geometry_functions.hpp"
 #include "structmath/numeric/linear_algebra.hpp"

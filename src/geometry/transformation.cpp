@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-#include "fixed_format.hpp"
+#include "../numeric/fixed_format.hpp"
 #include "structmath/core/archive.hpp"
 #include "structmath/numeric/linear_algebra.hpp"
 

@@ -4,7 +4,7 @@
 
 #include <ostream>
 
-#include "coordinate_text.hpp"
+#include "../numeric/fixed_format.hpp"
 #include "structmath/core/archive.hpp"
 #include "structmath/geometry/geometry_functions.hpp"
 #include "structmath/numeric/tolerance.hpp"
@@ -75,9 +75,9 @@ Point Box::centroid() const noexcept { return structmath::centroid(min_corner(),
 void Box::print(std::ostream& os) const {
   detail::StreamFormatGuard const guard(os);
   os << "min: ";
-  detail::write_coordinates(os, min_x_, min_y_, min_z_);
+  detail::write_fixed(os, Vector3D(min_x_, min_y_, min_z_));
   os << ", max: ";
-  detail::write_coordinates(os, max_x_, max_y_, max_z_);
+  detail::write_fixed(os, Vector3D(max_x_, max_y_, max_z_));
 }
 
 void Box::write(Archive& archive) const {

@@ -7,7 +7,7 @@
 #include <stdexcept>
 #include <string>
 
-#include "coordinate_text.hpp"
+#include "../numeric/fixed_format.hpp"
 #include "structmath/core/text_conversion.hpp"
 #include "structmath/numeric/tolerance.hpp"
 
@@ -42,13 +42,13 @@ void Ellipsoid::sanity_check() const {
 void Ellipsoid::print(std::ostream& os) const {
   detail::StreamFormatGuard const guard(os);
   os << "centre: ";
-  detail::write_coordinates(os, centre_.vector());
+  detail::write_fixed(os, centre_.vector());
   os << ", semi-axis 1: ";
-  detail::write_coordinates(os, semi_axis1_);
+  detail::write_fixed(os, semi_axis1_);
   os << ", semi-axis 2: ";
-  detail::write_coordinates(os, semi_axis2_);
+  detail::write_fixed(os, semi_axis2_);
   os << ", semi-axis 3: ";
-  detail::write_coordinates(os, semi_axis3_);
+  detail::write_fixed(os, semi_axis3_);
 }
 
 namespace {

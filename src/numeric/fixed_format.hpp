@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
-// Coordinate printing shared by the solids' print functions (internal).
+// Internal: the width-8, fixed, precision-3 coordinate format of the print functions.
 #pragma once
 
 #include <iomanip>
 #include <ostream>
 
+#include "structmath/numeric/point.hpp"
 #include "structmath/numeric/vector.hpp"
 
 namespace structmath::detail {
@@ -29,14 +30,18 @@ class StreamFormatGuard {
   char fill_;
 };
 
-/// Writes three coordinates, each fixed with width 8 and precision 3, no separator.
-inline void write_coordinates(std::ostream& os, double x, double y, double z) {
-  os << std::fixed << std::setprecision(3) << std::setw(8) << x << std::setw(8) << y << std::setw(8)
-     << z;
+/// Writes one value at width 8, fixed, precision 3; the fixed and precision settings
+/// stay on the stream afterwards.
+inline void write_fixed(std::ostream& out, double value) {
+  out << std::setw(8) << std::fixed << std::setprecision(3) << value;
 }
 
-inline void write_coordinates(std::ostream& os, Vector3D const& v) {
-  write_coordinates(os, v.x(), v.y(), v.z());
+inline void write_fixed(std::ostream& out, Vector3D const& v) {
+  write_fixed(out, v.x());
+  write_fixed(out, v.y());
+  write_fixed(out, v.z());
 }
+
+inline void write_fixed(std::ostream& out, Point const& p) { write_fixed(out, p.vector()); }
 
 }  // namespace structmath::detail
