@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/solids_support.hpp"
+
 #include <algorithm>
 #include <functional>
 #include <stdexcept>
@@ -24,10 +26,6 @@ THandle<Solid> box(double x0, double x1, double y0, double y1, double z0, double
 
 THandle<Solid> sphere(double x, double y, double z, double r) {
   return make_handle<Sphere>(Point(x, y, z), r);
-}
-
-bool box_is(Solid const& s, Box const& expected) {
-  return equals(*s.bounding_box(), expected, 0.0);
 }
 
 TEST(CompositeSolid, MembersAreDistinctObjectsFoundAndRemovedByBoundingBox) {
@@ -71,22 +69,23 @@ TEST(CompositeSolid, UnionAndIntersectionContainmentAndBoxes) {
   UnionSolid const u(sphere(0, 0, 0, 1), box(0.5, 3, -0.5, 0.5, -0.5, 0.5));
   EXPECT_TRUE(u.contains(Point(-0.9, 0, 0)) && u.contains(Point(2.5, 0, 0)));
   EXPECT_FALSE(u.contains(Point(2.5, 1, 0)));
-  EXPECT_TRUE(box_is(u, Box(-1, 3, -1, 1, -1, 1)));
-  EXPECT_TRUE(box_is(UnionSolid(make_handle<UnionSolid>(u), sphere(10, 0, 0, 1)),
-                     Box(-1, 11, -1, 1, -1, 1)));  // composites nest
+  EXPECT_TRUE(testing::test_bounding_box(u, Box(-1, 3, -1, 1, -1, 1), 0.0));
+  EXPECT_TRUE(
+      testing::test_bounding_box(UnionSolid(make_handle<UnionSolid>(u), sphere(10, 0, 0, 1)),
+                                 Box(-1, 11, -1, 1, -1, 1), 0.0));  // composites nest
 
   IntersectionSolid const lens(sphere(0, 0, 0, 1), sphere(1, 0, 0, 1));
   EXPECT_TRUE(lens.contains(Point(0, 0, 0)));  // on the second sphere's surface
   EXPECT_FALSE(lens.contains(Point(-0.5, 0, 0)) || lens.contains(Point(0.5, 0.9, 0)));
-  EXPECT_TRUE(box_is(lens, Box(0, 1, -1, 1, -1, 1)));
+  EXPECT_TRUE(testing::test_bounding_box(lens, Box(0, 1, -1, 1, -1, 1), 0.0));
   // Touching, collapsed within 1e-7 or disjoint: the empty box.
   THandle<Solid> const unit = box(0, 1, 0, 1, 0, 1);
   for (THandle<Solid> const& other :
        {box(1, 2, 0, 1, 0, 1), box(0.2, 0.3, 1 - 5e-8, 2, 0, 1), box(0, 1, 0, 1, 2, 3)}) {
-    EXPECT_TRUE(box_is(IntersectionSolid(unit, other), Box()));
+    EXPECT_TRUE(testing::test_bounding_box(IntersectionSolid(unit, other), Box(), 0.0));
   }
-  EXPECT_TRUE(box_is(IntersectionSolid(unit, box(0.2, 0.3, 1 - 2e-7, 2, 0, 1)),
-                     Box(0.2, 0.3, 1 - 2e-7, 1, 0, 1)));
+  EXPECT_TRUE(testing::test_bounding_box(IntersectionSolid(unit, box(0.2, 0.3, 1 - 2e-7, 2, 0, 1)),
+                                         Box(0.2, 0.3, 1 - 2e-7, 1, 0, 1), 0.0));
 }
 
 TEST(IntersectionSolid, BoxesWithinHalfAThousandthOfTheFirstDoNotNarrowIt) {
@@ -99,9 +98,10 @@ TEST(IntersectionSolid, BoxesWithinHalfAThousandthOfTheFirstDoNotNarrowIt) {
   // The near copy is compared with the first box, not with the running overlap.
   IntersectionSolid three(boxes[0], boxes[1]);
   three.add_solid(boxes[2]);
-  EXPECT_TRUE(box_is(three, *boxes[1]));
+  EXPECT_TRUE(testing::test_bounding_box(three, *boxes[1], 0.0));
   *boxes[2] = Box(0.0006, 0.9996, 0.0004, 0.9996, 0.0004, 0.9996);  // just beyond: narrows
-  EXPECT_TRUE(box_is(three, Box(0.5, 0.9996, 0.0004, 0.9996, 0.0004, 0.9996)));
+  EXPECT_TRUE(
+      testing::test_bounding_box(three, Box(0.5, 0.9996, 0.0004, 0.9996, 0.0004, 0.9996), 0.0));
 }
 
 }  // namespace

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/solids_support.hpp"
+
 #include "structmath/core/archive.hpp"
 #include "structmath/solids/box.hpp"
 
@@ -18,7 +20,7 @@ TEST(Slab, ContainsOnlyPointsStrictlyWithinTheHalfThicknessAndIsUnbounded) {
   Slab const tilted(Plane(Vector3D(1, 1, 0), Point(1, 1, 0)), 0.5);
   EXPECT_TRUE(tilted.contains(Point(1.3, 1.0, 7.0)));   // 0.21 from the plane
   EXPECT_FALSE(tilted.contains(Point(0.6, 0.6, 0.0)));  // 0.57 on the other side
-  EXPECT_TRUE(equals(*tilted.bounding_box(), Box(-1e10, 1e10, -1e10, 1e10, -1e10, 1e10), 0.0));
+  EXPECT_TRUE(testing::test_bounding_box(tilted, Box(-1e10, 1e10, -1e10, 1e10, -1e10, 1e10), 0.0));
 }
 
 TEST(Slab, PersistsItsPlaneButNotItsHalfThickness) {

@@ -4,6 +4,8 @@
 
 #include <gtest/gtest.h>
 
+#include "support/solids_support.hpp"
+
 #include <cmath>
 #include <limits>
 
@@ -23,8 +25,8 @@ TEST(Sphere, ContainsPointsUpToAndOnItsSurface) {
 
 TEST(Sphere, BoundingBoxSpansTheRadiusOnEachAxisEvenWhenNegative) {
   Box const expected(0.5, 1.5, 1.5, 2.5, 2.5, 3.5);
-  EXPECT_TRUE(equals(*Sphere(Point(1, 2, 3), 0.5).bounding_box(), expected, 0.0));
-  EXPECT_TRUE(equals(*Sphere(Point(1, 2, 3), -0.5).bounding_box(), expected, 0.0));
+  EXPECT_TRUE(testing::test_bounding_box(Sphere(Point(1, 2, 3), 0.5), expected, 0.0));
+  EXPECT_TRUE(testing::test_bounding_box(Sphere(Point(1, 2, 3), -0.5), expected, 0.0));
 }
 
 }  // namespace structmath
