@@ -145,7 +145,7 @@ CubeFile read_cube(std::string const& path) {
 }
 
 void write_cube(std::ostream& out, CubeFile const& cube) {
-  if (!cube.grid) throw std::invalid_argument("write_cube(): the cube has no grid");
+  if (!cube.grid) throw std::invalid_argument("the cube has no grid to write");
   NormalGrid const& grid = *cube.grid;
   int const n[3] = {grid.x_steps(), grid.y_steps(), grid.z_steps()};
   Vector3D const edge[3] = {grid.plus_x(), grid.plus_y(), grid.plus_z()};
@@ -181,9 +181,9 @@ void write_cube(std::ostream& out, CubeFile const& cube) {
 
 void write_cube(std::string const& path, CubeFile const& cube) {
   std::ofstream out(path);
-  if (!out) throw std::runtime_error("write_cube(): cannot open '" + path + "' for writing");
+  if (!out) throw std::runtime_error("cannot open '" + path + "' for writing");
   write_cube(out, cube);
-  if (!out) throw std::runtime_error("write_cube(): cannot write '" + path + "'");
+  if (!out) throw std::runtime_error("cannot write '" + path + "'");
 }
 
 }  // namespace structmath::io

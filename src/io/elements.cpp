@@ -46,6 +46,21 @@ int atomic_number(std::string const& symbol) noexcept {
   return 0;
 }
 
+int atomic_number_of_label(std::string_view label) noexcept {
+  if (label.empty() || label.size() > 3) return 0;
+  if (label == "D" || label == "T" || label == "d" || label == "t") return 1;
+  std::string symbol(label);
+  auto const upper = [](char c) {
+    return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
+  };
+  auto const lower = [](char c) {
+    return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  };
+  symbol[0] = upper(symbol[0]);
+  for (std::size_t i = 1; i < symbol.size(); ++i) symbol[i] = lower(symbol[i]);
+  return atomic_number(symbol);
+}
+
 std::string element_symbol(int atomic_number) {
   if (atomic_number < 1 || atomic_number > 118) {
     throw std::out_of_range("element_symbol(): no element has atomic number " +

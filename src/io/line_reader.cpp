@@ -9,6 +9,12 @@
 namespace structmath::io::detail {
 
 bool LineReader::next(std::string& line) {
+  if (has_unread_) {
+    has_unread_ = false;
+    line = std::move(unread_);
+    ++line_;
+    return true;
+  }
   if (!std::getline(in_, line)) return false;
   ++line_;
   if (!line.empty() && line.back() == '\r') line.pop_back();
@@ -21,6 +27,12 @@ std::string LineReader::require(std::string const& what) {
     throw ParseError(name_, line_ + 1, "unexpected end of file, expected " + what);
   }
   return line;
+}
+
+void LineReader::unread(std::string line) {
+  unread_ = std::move(line);
+  has_unread_ = true;
+  --line_;
 }
 
 void LineReader::fail(std::string const& problem) const { throw ParseError(name_, line_, problem); }
@@ -70,8 +82,9 @@ std::string element_of(LineReader const& reader, std::string_view field) {
     if (z < 1 || z > 118) reader.fail("unknown element '" + text + "'");
     return element_symbol(z);
   }
-  if (atomic_number(text) == 0) reader.fail("unknown element '" + text + "'");
-  return text;
+  int const z = atomic_number_of_label(text);
+  if (z == 0) reader.fail("unknown element '" + text + "'");
+  return element_symbol(z);
 }
 
 }  // namespace structmath::io::detail

@@ -19,6 +19,8 @@ class LineReader {
 
   /// The next line without its end (a trailing '\r' is dropped); false at the end.
   bool next(std::string& line);
+  /// Gives a line back: the next call of next() returns it again, with its number.
+  void unread(std::string line);
   /// The next line, or a ParseError "unexpected end of file, expected <what>".
   std::string require(std::string const& what);
 
@@ -34,14 +36,16 @@ class LineReader {
   std::istream& in_;
   std::string name_;
   int line_ = 0;
+  bool has_unread_ = false;
+  std::string unread_;
 };
 
 /// Whitespace-separated fields of a line.
 std::vector<std::string_view> split_fields(std::string_view line);
 /// The text without surrounding blanks.
 std::string_view trim(std::string_view text);
-/// The element symbol for a field that holds a symbol or an atomic number, or
-/// a ParseError "unknown element '<field>'".
+/// The element symbol for a field that holds an atom label (a symbol in any case, D or T
+/// for hydrogen) or an atomic number, or a ParseError "unknown element '<field>'".
 std::string element_of(LineReader const& reader, std::string_view field);
 
 }  // namespace structmath::io::detail

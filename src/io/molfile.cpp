@@ -1,145 +1,148 @@
 // SPDX-License-Identifier: MIT
-// Strict reading of V2000 molfiles and SD files.
+// Whole SD files and molfiles read through SdfReader, and SD records written.
 #include "structmath/io/molfile.hpp"
 
+#include <cstdio>
 #include <fstream>
+#include <ostream>
+#include <stdexcept>
 
-#include "line_reader.hpp"
+#include "ctab.hpp"
+#include "structmath/io/sdf_reader.hpp"
 
 namespace structmath::io {
 
 namespace {
 
-using detail::LineReader;
-
-// A fixed-column field, or a ParseError when the line is too short to hold it.
-std::string_view column(LineReader const& reader, std::string const& line, std::size_t first,
-                        std::size_t width, std::string const& what) {
-  if (line.size() < first + width) {
-    reader.fail("line too short for " + what + " (columns " + std::to_string(first + 1) + "-" +
-                std::to_string(first + width) + ")");
-  }
-  return std::string_view(line).substr(first, width);
+std::ifstream open_input(std::string const& path) {
+  std::ifstream in(path);
+  if (!in) throw ParseError(path, 0, "cannot open the file");
+  return in;
 }
 
-bool starts_with(std::string const& line, char const* prefix) { return line.rfind(prefix, 0) == 0; }
+std::string first_line(std::string const& text) { return text.substr(0, text.find('\n')); }
 
-// Reads one record after its first (title) line; stops after "M  END".
-Molecule read_record(LineReader& reader, std::string title) {
-  Molecule molecule;
-  molecule.title = std::move(title);
-  reader.require("the program line of the header");
-  reader.require("the comment line of the header");
-  std::string const counts = reader.require("the counts line");
-  if (counts.find("V3000") != std::string::npos) {
-    reader.fail("V3000 connection tables are not supported, expected V2000");
-  }
-  int const natoms =
-      reader.to_int(column(reader, counts, 0, 3, "the atom count"), "the atom count");
-  int const nbonds =
-      reader.to_int(column(reader, counts, 3, 3, "the bond count"), "the bond count");
-  if (natoms < 0 || nbonds < 0) reader.fail("expected non-negative atom and bond counts");
-  if (counts.size() >= 39 && counts.compare(34, 5, "V2000") != 0) {
-    reader.fail("expected V2000 in columns 35-39 of the counts line");
-  }
-
-  molecule.atoms.reserve(static_cast<std::size_t>(natoms));
-  for (int i = 0; i < natoms; ++i) {
-    std::string const line =
-        reader.require("atom " + std::to_string(i + 1) + " of " + std::to_string(natoms));
-    if (starts_with(line, "M  "))
-      reader.fail("expected atom " + std::to_string(i + 1) + " of " + std::to_string(natoms) +
-                  ", found '" + line + "'");
-    Atom atom;
-    double const x = reader.to_double(column(reader, line, 0, 10, "x"), "x");
-    double const y = reader.to_double(column(reader, line, 10, 10, "y"), "y");
-    double const z = reader.to_double(column(reader, line, 20, 10, "z"), "z");
-    atom.position = Point(x, y, z);
-    // The symbol stands in columns 32-34; a short line may end inside them.
-    std::size_t const width = line.size() >= 34 ? 3 : (line.size() > 31 ? line.size() - 31 : 3);
-    atom.element = detail::element_of(reader, column(reader, line, 31, width, "the element"));
-    molecule.atoms.push_back(std::move(atom));
-  }
-
-  molecule.bonds.reserve(static_cast<std::size_t>(nbonds));
-  for (int i = 0; i < nbonds; ++i) {
-    std::string const line =
-        reader.require("bond " + std::to_string(i + 1) + " of " + std::to_string(nbonds));
-    if (starts_with(line, "M  "))
-      reader.fail("expected bond " + std::to_string(i + 1) + " of " + std::to_string(nbonds) +
-                  ", found '" + line + "'");
-    Bond bond;
-    bond.first = reader.to_int(column(reader, line, 0, 3, "the first atom"), "the first atom");
-    bond.second = reader.to_int(column(reader, line, 3, 3, "the second atom"), "the second atom");
-    bond.order = reader.to_int(column(reader, line, 6, 3, "the bond type"), "the bond type");
-    for (int atom : {bond.first, bond.second}) {
-      if (atom < 1 || atom > natoms) {
-        reader.fail("bond to atom " + std::to_string(atom) + ", expected 1 to " +
-                    std::to_string(natoms));
-      }
-    }
-    if (bond.first == bond.second) reader.fail("bond from an atom to itself");
-    if (bond.order < 1 || bond.order > 4) {
-      reader.fail("bond type " + std::to_string(bond.order) + ", expected 1 to 4");
-    }
-    --bond.first;
-    --bond.second;
-    molecule.bonds.push_back(bond);
-  }
-
-  // Properties block up to "M  END". Atom lists and other property lines are allowed;
-  // anything that looks like another atom or bond means the counts were wrong.
-  for (;;) {
-    std::string const line = reader.require("\"M  END\"");
-    if (starts_with(line, "M  END")) break;
-    if (!starts_with(line, "M  ") && !starts_with(line, "A  ") && !starts_with(line, "V  ") &&
-        !starts_with(line, "G  ") && !starts_with(line, "S  ")) {
-      reader.fail("expected a property line or \"M  END\", found '" + line +
-                  "' (do the counts match the blocks?)");
-    }
-  }
-  return molecule;
+// The V2000 atom-block code of a charge: +3..+1 as 1..3, -1..-3 as 5..7, others as 0
+// (they go in "M  CHG" lines, which readers take first).
+int charge_code(int charge) {
+  if (charge >= 1 && charge <= 3) return 4 - charge;
+  if (charge <= -1 && charge >= -3) return 4 - charge;
+  return 0;
 }
 
-std::vector<Molecule> read_records(std::istream& in, std::string const& name, bool single) {
-  LineReader reader(in, name);
-  std::vector<Molecule> records;
-  std::string line;
-  while (reader.next(line)) {
-    records.push_back(read_record(reader, line));
-    // Data items up to the separator, which may be missing after the last record.
-    bool separated = false;
-    while (reader.next(line)) {
-      if (starts_with(line, "$$$$")) {
-        separated = true;
-        break;
-      }
-      if (single && !detail::trim(line).empty()) {
-        reader.fail("expected the end of the molfile after \"M  END\", found '" + line + "'");
-      }
-    }
-    if (single || !separated) break;
+void write_v2000(std::ostream& out, Molecule const& m) {
+  char line[128];
+  std::snprintf(line, sizeof line, "%3zu%3zu  0  0  0  0  0  0  0  0999 V2000\n", m.atoms.size(),
+                m.bonds.size());
+  out << line;
+  for (Atom const& a : m.atoms) {
+    std::snprintf(line, sizeof line, "%10.4f%10.4f%10.4f %-3s 0%3d  0  0  0  0  0  0  0  0  0  0\n",
+                  a.position.x(), a.position.y(), a.position.z(), a.element.c_str(),
+                  charge_code(a.charge));
+    out << line;
   }
-  if (records.empty()) throw ParseError(name, reader.line_number(), "no record in the file");
-  return records;
+  for (Bond const& b : m.bonds) {
+    std::snprintf(line, sizeof line, "%3d%3d%3d  0\n", b.first + 1, b.second + 1, b.order);
+    out << line;
+  }
+  std::vector<int> charged;
+  for (std::size_t i = 0; i < m.atoms.size(); ++i) {
+    if (m.atoms[i].charge != 0) charged.push_back(static_cast<int>(i));
+  }
+  for (std::size_t first = 0; first < charged.size(); first += 8) {
+    std::size_t const n = std::min<std::size_t>(8, charged.size() - first);
+    std::snprintf(line, sizeof line, "M  CHG%3zu", n);
+    out << line;
+    for (std::size_t k = first; k < first + n; ++k) {
+      int const atom = charged[k];
+      std::snprintf(line, sizeof line, " %3d %3d", atom + 1,
+                    m.atoms[static_cast<std::size_t>(atom)].charge);
+      out << line;
+    }
+    out << '\n';
+  }
+}
+
+void write_v3000(std::ostream& out, Molecule const& m) {
+  char line[160];
+  out << "  0  0  0     0  0            999 V3000\n"
+      << "M  V30 BEGIN CTAB\n"
+      << "M  V30 COUNTS " << m.atoms.size() << ' ' << m.bonds.size() << " 0 0 0\n"
+      << "M  V30 BEGIN ATOM\n";
+  for (std::size_t i = 0; i < m.atoms.size(); ++i) {
+    Atom const& a = m.atoms[i];
+    std::snprintf(line, sizeof line, "M  V30 %zu %s %.4f %.4f %.4f 0", i + 1, a.element.c_str(),
+                  a.position.x(), a.position.y(), a.position.z());
+    out << line;
+    if (a.charge != 0) out << " CHG=" << a.charge;
+    out << '\n';
+  }
+  out << "M  V30 END ATOM\n";
+  if (!m.bonds.empty()) {
+    out << "M  V30 BEGIN BOND\n";
+    for (std::size_t i = 0; i < m.bonds.size(); ++i) {
+      Bond const& b = m.bonds[i];
+      out << "M  V30 " << i + 1 << ' ' << b.order << ' ' << b.first + 1 << ' ' << b.second + 1
+          << '\n';
+    }
+    out << "M  V30 END BOND\n";
+  }
+  out << "M  V30 END CTAB\n";
 }
 
 }  // namespace
 
 std::vector<Molecule> read_sdf(std::istream& in, std::string const& name) {
-  return read_records(in, name, false);
+  SdfReader reader(in, name);
+  std::vector<Molecule> records;
+  SdfRecord record;
+  while (reader.next(record)) records.push_back(std::move(record.molecule));
+  if (records.empty()) throw ParseError(name, 0, "no record in the file");
+  return records;
 }
 
 std::vector<Molecule> read_sdf(std::string const& path) {
-  std::ifstream in(path);
-  if (!in) throw ParseError(path, 0, "cannot open the file");
+  std::ifstream in = open_input(path);
   return read_sdf(in, path);
 }
 
+Molecule read_molfile(std::istream& in, std::string const& name) {
+  detail::LineReader reader(in, name);
+  detail::RecordLines lines(reader);
+  Molecule molecule;
+  if (!detail::read_molfile_record(lines, molecule)) {
+    throw ParseError(name, 0, "no record in the file");
+  }
+  std::string line;
+  while (reader.next(line)) {
+    if (detail::starts_with(line, "$$$$")) break;
+    if (!detail::trim(line).empty()) {
+      reader.fail("expected the end of the molfile after \"M  END\", found '" + line + "'");
+    }
+  }
+  return molecule;
+}
+
 Molecule read_molfile(std::string const& path) {
-  std::ifstream in(path);
-  if (!in) throw ParseError(path, 0, "cannot open the file");
-  return read_records(in, path, true).front();
+  std::ifstream in = open_input(path);
+  return read_molfile(in, path);
+}
+
+void write_sdf(std::ostream& out, Molecule const& molecule) {
+  out << first_line(molecule.title) << "\n  structmath\n\n";
+  if (molecule.atoms.size() <= 999 && molecule.bonds.size() <= 999) {
+    write_v2000(out, molecule);
+  } else {
+    write_v3000(out, molecule);
+  }
+  out << "M  END\n$$$$\n";
+}
+
+void write_sdf(std::string const& path, std::vector<Molecule> const& molecules) {
+  std::ofstream out(path);
+  if (!out) throw std::runtime_error("cannot open '" + path + "' for writing");
+  for (Molecule const& m : molecules) write_sdf(out, m);
+  if (!out) throw std::runtime_error("cannot write '" + path + "'");
 }
 
 }  // namespace structmath::io

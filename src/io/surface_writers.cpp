@@ -2,9 +2,11 @@
 // OBJ and PLY writers for triangulated surfaces.
 #include "structmath/io/surface_writers.hpp"
 
+#include <cctype>
 #include <cstdint>
 #include <cstring>
 #include <fstream>
+#include <optional>
 #include <ostream>
 #include <stdexcept>
 
@@ -82,22 +84,30 @@ void write_ply(std::ostream& out, Surface const& surface, PlyFormat format) {
   }
 }
 
+std::optional<SurfaceFormat> surface_format(std::string const& path) {
+  std::string lower = path;
+  for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  if (ends_with(lower, ".ascii.ply")) return SurfaceFormat::ply_ascii;
+  if (ends_with(lower, ".ply")) return SurfaceFormat::ply_binary;
+  if (ends_with(lower, ".obj")) return SurfaceFormat::obj;
+  return std::nullopt;
+}
+
 void write_surface(std::string const& path, Surface const& surface) {
-  bool const obj = ends_with(path, ".obj");
-  bool const ply = ends_with(path, ".ply");
-  if (!obj && !ply) {
-    throw std::invalid_argument("write_surface(): '" + path +
-                                "' does not end in .obj, .ply or .ascii.ply");
+  std::optional<SurfaceFormat> const format = surface_format(path);
+  if (!format) {
+    throw std::invalid_argument("'" + path + "' does not end in .obj, .ply or .ascii.ply");
   }
   std::ofstream out(path, std::ios::binary);
-  if (!out) throw std::runtime_error("write_surface(): cannot open '" + path + "' for writing");
-  if (obj) {
+  if (!out) throw std::runtime_error("cannot open '" + path + "' for writing");
+  if (*format == SurfaceFormat::obj) {
     write_obj(out, surface);
   } else {
-    write_ply(out, surface,
-              ends_with(path, ".ascii.ply") ? PlyFormat::ascii : PlyFormat::binary_little_endian);
+    write_ply(
+        out, surface,
+        *format == SurfaceFormat::ply_ascii ? PlyFormat::ascii : PlyFormat::binary_little_endian);
   }
-  if (!out) throw std::runtime_error("write_surface(): cannot write '" + path + "'");
+  if (!out) throw std::runtime_error("cannot write '" + path + "'");
 }
 
 }  // namespace structmath::io

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// XYZ reading (strict, multi-frame) and writing.
+// XYZ reading (strict, frame by frame) and writing.
 #include "structmath/io/xyz.hpp"
 
 #include <fstream>
@@ -7,6 +7,7 @@
 #include <ostream>
 #include <stdexcept>
 
+#include "ctab.hpp"
 #include "line_reader.hpp"
 
 namespace structmath::io {
@@ -17,45 +18,94 @@ bool is_blank(std::string const& line) { return detail::trim(line).empty(); }
 
 }  // namespace
 
-std::vector<Molecule> read_xyz(std::istream& in, std::string const& name) {
-  detail::LineReader reader(in, name);
-  std::vector<Molecule> frames;
-  std::string line;
-  while (reader.next(line)) {
-    if (is_blank(line)) {
-      // Only trailing blank lines may follow the last frame.
-      std::string rest;
-      while (reader.next(rest)) {
-        if (!is_blank(rest)) reader.fail("expected an atom count, found a blank line before it");
+struct XyzReader::Impl {
+  Impl(std::istream& in, std::string name) : reader(in, std::move(name)) {}
+
+  // Reads the atom lines of a frame whose count and title are read.
+  void read_atoms(int count, Molecule& frame) {
+    frame.atoms.reserve(detail::reserve_for(count));
+    for (int i = 0; i < count; ++i) {
+      std::string const line =
+          reader.require("atom " + std::to_string(i + 1) + " of " + std::to_string(count));
+      try {
+        auto const fields = detail::split_fields(line);
+        if (fields.size() != 4) {
+          reader.fail("expected 4 fields (element x y z), found " + std::to_string(fields.size()));
+        }
+        Atom atom;
+        atom.element = detail::element_of(reader, fields[0]);
+        atom.label = std::string(fields[0]);
+        atom.position = Point(reader.to_double(fields[1], "x"), reader.to_double(fields[2], "y"),
+                              reader.to_double(fields[3], "z"));
+        frame.atoms.push_back(std::move(atom));
+      } catch (ParseError const&) {
+        // The count says where the frame ends: stand after it.
+        std::string rest;
+        for (int k = i + 1; k < count && reader.next(rest); ++k) {
+        }
+        throw;
       }
-      break;
     }
+  }
+
+  detail::LineReader reader;
+  int frames = 0;
+  int first_line = 0;
+  bool done = false;
+};
+
+XyzReader::XyzReader(std::istream& in, std::string name)
+    : impl_(std::make_unique<Impl>(in, std::move(name))) {}
+
+XyzReader::~XyzReader() = default;
+
+int XyzReader::frames() const noexcept { return impl_->frames; }
+
+int XyzReader::first_line() const noexcept { return impl_->first_line; }
+
+bool XyzReader::next(Molecule& frame) {
+  Impl& d = *impl_;
+  detail::LineReader& reader = d.reader;
+  std::string line;
+  if (d.done || !reader.next(line)) {
+    d.done = true;
+    return false;
+  }
+  if (is_blank(line)) {
+    // Only trailing blank lines may follow the last frame.
+    d.done = true;
+    std::string rest;
+    while (reader.next(rest)) {
+      if (!is_blank(rest)) reader.fail("expected an atom count, found a blank line before it");
+    }
+    return false;
+  }
+  ++d.frames;
+  d.first_line = reader.line_number();
+  int count = 0;
+  try {
     auto const count_fields = detail::split_fields(line);
     if (count_fields.size() != 1) {
       reader.fail("expected an atom count alone on the line, found '" + line + "'");
     }
-    int const count = reader.to_int(count_fields[0], "the atom count");
+    count = reader.to_int(count_fields[0], "the atom count");
     if (count < 0) reader.fail("expected a non-negative atom count, found " + line);
-
-    Molecule molecule;
-    molecule.title = reader.require("the comment line");
-    molecule.atoms.reserve(static_cast<std::size_t>(count));
-    for (int i = 0; i < count; ++i) {
-      std::string const atom_line =
-          reader.require("atom " + std::to_string(i + 1) + " of " + std::to_string(count));
-      auto const fields = detail::split_fields(atom_line);
-      if (fields.size() != 4) {
-        reader.fail("expected 4 fields (element x y z), found " + std::to_string(fields.size()));
-      }
-      Atom atom;
-      atom.element = detail::element_of(reader, fields[0]);
-      atom.position = Point(reader.to_double(fields[1], "x"), reader.to_double(fields[2], "y"),
-                            reader.to_double(fields[3], "z"));
-      molecule.atoms.push_back(std::move(atom));
-    }
-    frames.push_back(std::move(molecule));
+    frame = Molecule();
+    frame.title = reader.require("the comment line");
+  } catch (ParseError const&) {
+    d.done = true;  // without a count the frame's end is unknown
+    throw;
   }
-  if (frames.empty()) throw ParseError(name, reader.line_number(), "no frame in the file");
+  d.read_atoms(count, frame);
+  return true;
+}
+
+std::vector<Molecule> read_xyz(std::istream& in, std::string const& name) {
+  XyzReader reader(in, name);
+  std::vector<Molecule> frames;
+  Molecule frame;
+  while (reader.next(frame)) frames.push_back(std::move(frame));
+  if (frames.empty()) throw ParseError(name, 0, "no frame in the file");
   return frames;
 }
 
@@ -81,9 +131,9 @@ void write_xyz(std::ostream& out, Molecule const& molecule) {
 
 void write_xyz(std::string const& path, std::vector<Molecule> const& frames) {
   std::ofstream out(path);
-  if (!out) throw std::runtime_error("write_xyz(): cannot open '" + path + "' for writing");
+  if (!out) throw std::runtime_error("cannot open '" + path + "' for writing");
   for (Molecule const& frame : frames) write_xyz(out, frame);
-  if (!out) throw std::runtime_error("write_xyz(): cannot write '" + path + "'");
+  if (!out) throw std::runtime_error("cannot write '" + path + "'");
 }
 
 }  // namespace structmath::io

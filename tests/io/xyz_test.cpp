@@ -73,7 +73,7 @@ TEST(Xyz, MalformedInputNamesFileLineAndExpectation) {
                      "test.xyz:3: expected 4 fields (element x y z), found 5");
   expect_parse_error("1\nt\nC 0 l.5 0\n", "test.xyz:3: expected a number for y, found 'l.5'");
   expect_parse_error("1\nt\nXx 0 0 0\n", "test.xyz:3: unknown element 'Xx'");
-  expect_parse_error("1\nt\nCL 0 0 0\n", "test.xyz:3: unknown element 'CL'");
+  expect_parse_error("1\nt\nQ 0 0 0\n", "test.xyz:3: unknown element 'Q'");
   expect_parse_error("1\nt\n119 0 0 0\n", "test.xyz:3: unknown element '119'");
   expect_parse_error("1\nt\nC 0 0 0\n\n1\nt\nC 0 0 0\n",
                      "test.xyz:5: expected an atom count, found a blank line before it");
@@ -83,6 +83,37 @@ TEST(Xyz, MalformedInputNamesFileLineAndExpectation) {
   } catch (ParseError const& e) {
     EXPECT_STREQ(e.what(), "/nonexistent/file.xyz:0: cannot open the file");
   }
+}
+
+TEST(Xyz, LabelsInAnyCaseAndHydrogenIsotopesNameTheirElements) {
+  auto const frame = parse("5\nlabels\nc 0 0 0\nCL 1 0 0\ncl 2 0 0\nD 0 1 0\nt 0 2 0\n").front();
+  std::vector<std::pair<std::string, std::string>> seen;
+  for (Atom const& a : frame.atoms) seen.emplace_back(a.element, a.label);
+  EXPECT_EQ(seen, (std::vector<std::pair<std::string, std::string>>{
+                      {"C", "c"}, {"Cl", "CL"}, {"Cl", "cl"}, {"H", "D"}, {"H", "t"}}));
+}
+
+TEST(Xyz, ReaderGoesOnAfterAFrameWithABadAtomLine) {
+  std::istringstream in(
+      "1\nfirst\nC 0 0 0\n3\nbad\nC 0 0 0\nC x 0 0\nC 0 0 0\n1\nthird\nN 0 0 1\n");
+  XyzReader reader(in, "t.xyz");
+  Molecule frame;
+  ASSERT_TRUE(reader.next(frame));
+  EXPECT_EQ(frame.title, "first");
+  EXPECT_THROW((void)reader.next(frame), ParseError);
+  EXPECT_EQ(reader.first_line(), 4);
+  ASSERT_TRUE(reader.next(frame));
+  EXPECT_EQ(frame.title, "third");
+  EXPECT_EQ(frame.atoms[0].element, "N");
+  EXPECT_FALSE(reader.next(frame));
+  EXPECT_EQ(reader.frames(), 3);
+
+  // Without a readable count the frame's end is unknown: the reader stops there.
+  std::istringstream lost("1\nfirst\nC 0 0 0\nthree\nbad\n1\nthird\nN 0 0 1\n");
+  XyzReader stops(lost, "t.xyz");
+  ASSERT_TRUE(stops.next(frame));
+  EXPECT_THROW((void)stops.next(frame), ParseError);
+  EXPECT_FALSE(stops.next(frame));
 }
 
 TEST(Xyz, BundledSamplesRead) {

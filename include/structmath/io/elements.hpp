@@ -4,6 +4,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "structmath/io/export.hpp"
 
@@ -12,6 +13,11 @@ namespace structmath::io {
 /// Atomic number of a symbol in canonical case ("C", "Cl", "Og"), or 0 when the text
 /// is not an element symbol. Symbols are case-sensitive: "CL" is not chlorine.
 STRUCTMATH_IO_API int atomic_number(std::string const& symbol) noexcept;
+
+/// Atomic number of an atom label as files write it: a symbol in any case ("C", "c",
+/// "CL", "cl"), with the hydrogen isotopes "D" and "T" read as hydrogen; 0 when the
+/// label is not an element.
+STRUCTMATH_IO_API int atomic_number_of_label(std::string_view label) noexcept;
 
 /// The symbol of atomic number 1 to 118; throws std::out_of_range otherwise.
 STRUCTMATH_IO_API std::string element_symbol(int atomic_number);

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "structmath/io/export.hpp"
@@ -10,10 +11,21 @@
 
 namespace structmath::io {
 
-/// One atom: its element symbol in canonical case ("C", "Cl") and position in angstrom.
+/// One atom: its element symbol in canonical case ("C", "Cl"), position in angstrom,
+/// formal charge, and its label as the file wrote it ("c", "D"; empty when built in code).
 struct Atom {
+  Atom() = default;
+  Atom(std::string element_symbol, Point const& at, int formal_charge = 0,
+       std::string as_written = {})
+      : element(std::move(element_symbol)),
+        position(at),
+        charge(formal_charge),
+        label(std::move(as_written)) {}
+
   std::string element;
   Point position;
+  int charge = 0;
+  std::string label;
 };
 
 /// A bond between two atoms, counted from 0, with its order as a molfile states it

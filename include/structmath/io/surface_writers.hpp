@@ -3,6 +3,7 @@
 #pragma once
 
 #include <iosfwd>
+#include <optional>
 #include <string>
 
 #include "structmath/grid/surface.hpp"
@@ -20,9 +21,14 @@ enum class PlyFormat { ascii, binary_little_endian };
 /// uchar count and int indices. The binary form is little-endian whatever the host.
 STRUCTMATH_IO_API void write_ply(std::ostream& out, Surface const& surface, PlyFormat format);
 
-/// Writes by the file name's extension: ".obj", ".ply" (binary) or ".ascii.ply".
-/// Throws std::invalid_argument for another extension and std::runtime_error naming
-/// the file when it cannot be written.
+enum class SurfaceFormat { obj, ply_binary, ply_ascii };
+
+/// The format a file name asks for by its extension, in any case: ".obj", ".ply"
+/// (binary) or ".ascii.ply"; empty for any other name.
+STRUCTMATH_IO_API std::optional<SurfaceFormat> surface_format(std::string const& path);
+
+/// Writes in the format of surface_format(path). Throws std::invalid_argument for
+/// another extension and std::runtime_error naming the file when it cannot be written.
 STRUCTMATH_IO_API void write_surface(std::string const& path, Surface const& surface);
 
 }  // namespace structmath::io
