@@ -51,3 +51,9 @@ configure_file("${PROJECT_SOURCE_DIR}/cmake/structmath.pc.in"
   "${PROJECT_BINARY_DIR}/structmath.pc" @ONLY)
 install(FILES "${PROJECT_BINARY_DIR}/structmath.pc"
   DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+if(TARGET structmath_io)
+  configure_file("${PROJECT_SOURCE_DIR}/cmake/structmath-io.pc.in"
+    "${PROJECT_BINARY_DIR}/structmath-io.pc" @ONLY)
+  install(FILES "${PROJECT_BINARY_DIR}/structmath-io.pc"
+    DESTINATION "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
+endif()
