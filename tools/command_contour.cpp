@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
-// `structmath contour`: the iso-surface of a cube file.
+// `structmath contour`: the iso-surface of a cube file, whatever the units of its values.
+#include <cerrno>
+#include <cmath>
+#include <cstring>
+#include <fstream>
 #include <iomanip>
+#include <iostream>
 #include <ostream>
 
 #include "structmath/grid/contourer.hpp"
@@ -10,16 +15,39 @@
 
 namespace structmath::tool {
 
-Outcome run_contour(ContourArgs const& args) {
+namespace {
+
+io::CubeFile read_cube_input(std::string const& path) {
+  if (path == "-") return io::read_cube(std::cin, "<stdin>");
+  std::ifstream in(path);
+  if (!in) throw InputError("cannot open " + path + ": " + std::strerror(errno));
+  return io::read_cube(in, path);
+}
+
+}  // namespace
+
+Outcome contour(ContourArgs const& args) {
   std::string const file = args.file.empty() ? bundled("water_density.cube") : args.file;
-  io::CubeFile const cube = io::read_cube(file);
+  io::CubeFile const cube = read_cube_input(file);
+  NormalGrid& grid = *cube.grid;
+  // The contourer takes a value within an absolute 1e-6 of the level as lying on it.
+  // Dividing the values by |level| makes that tolerance relative to the level, so the
+  // surface does not depend on the units of the data.
+  double level = args.level;
+  if (level != 0.0) {
+    double const scale = std::fabs(level);
+    for (int i = 0; i < grid.x_steps(); ++i) {
+      for (int j = 0; j < grid.y_steps(); ++j) {
+        for (int k = 0; k < grid.z_steps(); ++k) {
+          grid.set_value(i, j, k, grid.value(i, j, k) / scale);
+        }
+      }
+    }
+    level = level > 0.0 ? 1.0 : -1.0;
+  }
   MarchingContourer const contourer(cube.grid, args.tetrahedra);
-  THandle<Surface> const surface = contourer.surface(args.level);
-  int const removed = surface->remove_degenerate_triangles(0.0);
-  surface->remove_unused_edges();
-  surface->remove_unused_nodes();
-  surface->orient_triangles();
-  surface->update_node_normals();
+  THandle<Surface> const surface = contourer.surface(level);
+  int const removed = surface->tidy();
   SurfaceTopology const topology = surface->topology();
   if (!args.output.empty()) io::write_surface(args.output, *surface);
 
@@ -27,13 +55,16 @@ Outcome run_contour(ContourArgs const& args) {
   result["file"] = file;
   result["level"] = args.level;
   result["method"] = args.tetrahedra ? "tetrahedra" : "cubes";
-  result["grid"] = {cube.grid->x_steps(), cube.grid->y_steps(), cube.grid->z_steps()};
+  result["grid"] = {grid.x_steps(), grid.y_steps(), grid.z_steps()};
   result["nodes"] = surface->node_count();
   result["triangles"] = surface->triangle_count();
   result["edges"] = surface->edge_count();
   result["degenerate_triangles_removed"] = removed;
   result["area"] = surface->area();
   result["closed"] = topology.closed();
+  result["manifold"] = topology.non_manifold_edges == 0;
+  result["boundary_edges"] = topology.boundary_edges;
+  result["non_manifold_edges"] = topology.non_manifold_edges;
   result["components"] = topology.components;
   result["euler_characteristic"] = topology.euler_characteristic();
   if (topology.closed()) result["enclosed_volume"] = surface->enclosed_volume();
@@ -52,8 +83,14 @@ Outcome run_contour(ContourArgs const& args) {
               out << "enclosed volume: " << r["enclosed_volume"].get<double>() << " A^3\n";
             }
             out << "closed: " << (r["closed"].get<bool>() ? "yes" : "no")
+                << ", manifold: " << (r["manifold"].get<bool>() ? "yes" : "no")
                 << ", pieces: " << r["components"].get<int>()
                 << ", Euler characteristic: " << r["euler_characteristic"].get<int>() << '\n';
+            if (!r["closed"].get<bool>()) {
+              out << "open or non-manifold sides: " << r["boundary_edges"].get<int>()
+                  << " boundary, " << r["non_manifold_edges"].get<int>()
+                  << " shared by three or more triangles\n";
+            }
             if (r.contains("output")) {
               out << "surface written to " << r["output"].get<std::string>() << '\n';
             }

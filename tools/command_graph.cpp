@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
 // `structmath mcs` and `match`: common substructures and substructure search on bond graphs.
+#include <algorithm>
 #include <ostream>
 
 #include "structmath/graph/bron_kerbosch.hpp"
@@ -16,7 +17,11 @@ struct BondGraph {
   ResizableArray2D<bool> adjacency;
 };
 
-BondGraph bond_graph(io::Molecule const& molecule, bool hydrogens) {
+BondGraph bond_graph(Record const& record, bool hydrogens, char const* command) {
+  if (!record.has_bonds) {
+    throw InputError(std::string(command) + " needs bonds: give molfiles or SD files, not XYZ");
+  }
+  io::Molecule const& molecule = record.molecule;
   BondGraph graph;
   std::vector<int> node_of(molecule.atoms.size(), -1);
   for (std::size_t a = 0; a < molecule.atoms.size(); ++a) {
@@ -41,31 +46,46 @@ std::string const& element(io::Molecule const& m, BondGraph const& g, int node) 
   return m.atoms[static_cast<std::size_t>(g.atoms[static_cast<std::size_t>(node)])].element;
 }
 
-Json pair_json(io::Molecule const& a, BondGraph const& ga, int na, io::Molecule const& b,
-               BondGraph const& gb, int nb) {
-  return {atom_label(a, ga.atoms[static_cast<std::size_t>(na)]),
-          atom_label(b, gb.atoms[static_cast<std::size_t>(nb)])};
+// One matched pair: both atoms by number from 1 and by label.
+Json pair_json(char const* left, io::Molecule const& a, int atom_a, char const* right,
+               io::Molecule const& b, int atom_b) {
+  Json pair;
+  pair[std::string(left) + "_atom"] = atom_a + 1;
+  pair[std::string(left) + "_label"] = atom_label(a, atom_a);
+  pair[std::string(right) + "_atom"] = atom_b + 1;
+  pair[std::string(right) + "_label"] = atom_label(b, atom_b);
+  return pair;
 }
 
-void print_pairs(Json const& r, std::ostream& out, char const* left, char const* right) {
+// Pairs of graph nodes as JSON, in the order of the first molecule's atoms.
+Json pairs_json(std::vector<std::pair<int, int>> nodes, char const* left, io::Molecule const& a,
+                BondGraph const& ga, char const* right, io::Molecule const& b,
+                BondGraph const& gb) {
+  std::sort(nodes.begin(), nodes.end());
+  Json pairs = Json::array();
+  for (auto const& [i, j] : nodes) {
+    pairs.push_back(pair_json(left, a, ga.atoms[static_cast<std::size_t>(i)], right, b,
+                              gb.atoms[static_cast<std::size_t>(j)]));
+  }
+  return pairs;
+}
+
+void print_pairs(Json const& r, std::ostream& out, std::string const& left,
+                 std::string const& right) {
   for (auto const& p : r["pairs"]) {
-    out << "  " << left << ' ' << p[0].get<std::string>() << "  ->  " << right << ' '
-        << p[1].get<std::string>() << '\n';
+    out << "  " << left << ' ' << p[left + "_label"].get<std::string>() << "  ->  " << right << ' '
+        << p[right + "_label"].get<std::string>() << '\n';
   }
 }
 
 }  // namespace
 
-Outcome run_mcs(McsArgs const& args) {
-  std::string const f1 = args.first.empty() ? bundled("caffeine.sdf") : args.first;
-  std::string const f2 = args.second.empty() ? bundled("theobromine.sdf") : args.second;
-  io::Molecule const m1 = read_molecule(f1);
-  io::Molecule const m2 = read_molecule(f2);
-  if (m1.bonds.empty() || m2.bonds.empty()) {
-    throw InputError("mcs needs bonds: give molfiles or SD files, not XYZ");
-  }
-  BondGraph const g1 = bond_graph(m1, args.hydrogens);
-  BondGraph const g2 = bond_graph(m2, args.hydrogens);
+Outcome mcs(Record const& first, Record const& second, std::string const& first_file,
+            std::string const& second_file, McsArgs const& args) {
+  io::Molecule const& m1 = first.molecule;
+  io::Molecule const& m2 = second.molecule;
+  BondGraph const g1 = bond_graph(first, args.hydrogens, "mcs");
+  BondGraph const g2 = bond_graph(second, args.hydrogens, "mcs");
   int const n1 = g1.adjacency.nrows();
   int const n2 = g2.adjacency.nrows();
 
@@ -85,82 +105,84 @@ Outcome run_mcs(McsArgs const& args) {
   }
   Subgraph::SubgraphType const type = args.connected ? Subgraph::CONNECTED : Subgraph::DISCONNECTED;
   CliqueList const cliques = BronKerbosch::find_cliques(c, type, 1, n1 * n2);
-  Json pairs = Json::array();
+  std::vector<std::pair<int, int>> nodes;
   if (cliques && !cliques->empty()) {
     auto const match = BronKerbosch::subgraph_match(*cliques->front(), g1.adjacency, g2.adjacency);
     for (auto const& [a, b] : match->node_pairs()) {
       if (element(m1, g1, a) != element(m2, g2, b)) continue;  // a lone mismatched pair
-      pairs.push_back(pair_json(m1, g1, a, m2, g2, b));
+      nodes.emplace_back(a, b);
     }
   }
   Json result;
-  result["first"] = f1;
-  result["second"] = f2;
+  result["first"] = source_fields(first_file, first);
+  result["second"] = source_fields(second_file, second);
   result["connected"] = args.connected;
   result["hydrogens"] = args.hydrogens;
-  result["size"] = pairs.size();
-  result["pairs"] = pairs;
+  result["size"] = nodes.size();
+  result["pairs"] = pairs_json(nodes, "first", m1, g1, "second", m2, g2);
   return {result, [](Json const& r, std::ostream& out) {
             out << "maximum common " << (r["connected"].get<bool>() ? "connected " : "")
-                << "substructure of " << r["first"].get<std::string>() << " and "
-                << r["second"].get<std::string>() << ": " << r["size"].get<int>() << " atoms"
-                << (r["hydrogens"].get<bool>() ? "" : " (hydrogens left out)") << '\n';
+                << "substructure of " << r["first"]["file"].get<std::string>() << " and "
+                << r["second"]["file"].get<std::string>() << ": " << r["size"].get<int>()
+                << " atoms" << (r["hydrogens"].get<bool>() ? "" : " (hydrogens left out)") << '\n';
             print_pairs(r, out, "first", "second");
           }};
 }
 
-Outcome run_match(MatchArgs const& args) {
-  std::string const fp = args.pattern.empty() ? bundled("imidazole_ring.sdf") : args.pattern;
-  std::string const ft = args.target.empty() ? bundled("caffeine.sdf") : args.target;
-  io::Molecule const pattern = read_molecule(fp);
-  io::Molecule const target = read_molecule(ft);
-  if (pattern.bonds.empty() || target.bonds.empty()) {
-    throw InputError("match needs bonds: give molfiles or SD files, not XYZ");
-  }
-  BondGraph const gp = bond_graph(pattern, args.hydrogens);
-  BondGraph const gt = bond_graph(target, args.hydrogens);
+Outcome match(Record const& pattern, Record const& target, std::string const& pattern_file,
+              std::string const& target_file, bool hydrogens) {
+  BondGraph const gp = bond_graph(pattern, hydrogens, "match");
+  BondGraph const gt = bond_graph(target, hydrogens, "match");
   int const np = gp.adjacency.nrows();
   int const nt = gt.adjacency.nrows();
+  if (np == 0) throw InputError("the pattern has no atoms to match");
 
+  std::vector<int> target_degree(static_cast<std::size_t>(nt), 0);
+  for (int j = 0; j < nt; ++j) {
+    for (int k = 0; k < nt; ++k)
+      target_degree[static_cast<std::size_t>(j)] += gt.adjacency.element(j, k);
+  }
   auto const candidates = make_handle<ResizableArray2D<bool>>(np, nt, false);
   for (int i = 0; i < np; ++i) {
     int degree_i = 0;
     for (int k = 0; k < np; ++k) degree_i += gp.adjacency.element(i, k) ? 1 : 0;
     for (int j = 0; j < nt; ++j) {
-      int degree_j = 0;
-      for (int k = 0; k < nt; ++k) degree_j += gt.adjacency.element(j, k) ? 1 : 0;
       candidates->element(i, j) =
-          element(pattern, gp, i) == element(target, gt, j) && degree_i <= degree_j;
+          element(pattern.molecule, gp, i) == element(target.molecule, gt, j) &&
+          degree_i <= target_degree[static_cast<std::size_t>(j)];
     }
   }
   Ullmann ullmann;
   ullmann.create(make_handle<ResizableArray2D<bool>>(gp.adjacency),
                  make_handle<ResizableArray2D<bool>>(gt.adjacency), candidates);
   bool const found = ullmann.find();
-  Json pairs = Json::array();
+  std::vector<std::pair<int, int>> nodes;
   if (found) {
     // After a successful search the candidate matrix holds the embedding.
     for (int i = 0; i < np; ++i) {
       for (int j = 0; j < nt; ++j) {
-        if (candidates->element(i, j)) pairs.push_back(pair_json(pattern, gp, i, target, gt, j));
+        if (candidates->element(i, j)) nodes.emplace_back(i, j);
       }
     }
   }
   Json result;
-  result["pattern"] = fp;
-  result["target"] = ft;
+  result["pattern"] = source_fields(pattern_file, pattern);
+  result["target"] = source_fields(target_file, target);
   result["found"] = found;
-  result["pairs"] = pairs;
-  return {result, [](Json const& r, std::ostream& out) {
-            out << r["pattern"].get<std::string>() << " in " << r["target"].get<std::string>()
-                << ": ";
+  result["pairs"] =
+      pairs_json(nodes, "pattern", pattern.molecule, gp, "target", target.molecule, gt);
+  return {result,
+          [](Json const& r, std::ostream& out) {
+            out << r["pattern"]["file"].get<std::string>() << " in "
+                << r["target"]["file"].get<std::string>() << ": ";
             if (!r["found"].get<bool>()) {
               out << "no embedding\n";
               return;
             }
             out << "embedding found\n";
             print_pairs(r, out, "pattern", "target");
-          }};
+          },
+          [](Json const& r) { return std::string(r["found"].get<bool>() ? "hit" : "miss"); }};
 }
 
 }  // namespace structmath::tool

@@ -1,11 +1,10 @@
 // SPDX-License-Identifier: MIT
 // `structmath volume`: Monte Carlo volume of the union of the atoms' van der Waals spheres.
-#include <unistd.h>
-
+#include <chrono>
 #include <cmath>
 #include <cstdio>
 #include <iomanip>
-#include <iostream>
+#include <ostream>
 
 #include "structmath/io/elements.hpp"
 #include "structmath/solids/box.hpp"
@@ -19,64 +18,80 @@ namespace structmath::tool {
 
 namespace {
 
-// Runs above this many samples are drawn in batches, so that progress can be shown.
-constexpr double batch_samples = 2.0e6;
+// Samples are counted in parts of this size, so that progress can be shown between them.
+constexpr unsigned long long part_samples = 1ULL << 20;
 
-// The calculator's own rule for the number of samples of one run.
-double samples_for(unsigned int density, double box_volume) {
-  return box_volume > 1.0 ? std::floor(density * box_volume) : density;
+// Counts the hits of one run part by part, exactly as one call would count them; shows
+// progress on stderr once the run is expected to take more than about a second.
+unsigned long long count_with_progress(Solid const& solid, Box const& box,
+                                       unsigned long long samples,
+                                       RandomNumberGenerator const& generator, bool progress) {
+  using Clock = std::chrono::steady_clock;
+  auto const start = Clock::now();
+  bool shown = false;
+  unsigned long long hits = 0;
+  for (unsigned long long done = 0; done < samples;) {
+    unsigned long long const part = std::min(part_samples, samples - done);
+    hits += StochasticVolumeCalculator::count_hits(solid, box, part, generator);
+    done += part;
+    if (!progress || done == samples) continue;
+    double const elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+    if (!shown && elapsed * static_cast<double>(samples) / static_cast<double>(done) < 1.0) {
+      continue;
+    }
+    shown = true;
+    std::fprintf(stderr, "\rvolume: %3.0f%% of %llu samples",
+                 100.0 * static_cast<double>(done) / static_cast<double>(samples), samples);
+    std::fflush(stderr);
+  }
+  if (shown) std::fprintf(stderr, "\rvolume: 100%% of %llu samples\n", samples);
+  return hits;
 }
 
 }  // namespace
 
-Outcome run_volume(VolumeArgs const& args) {
-  std::string const file = args.file.empty() ? bundled("caffeine.xyz") : args.file;
-  io::Molecule const molecule = read_molecule(file);
-  if (molecule.atoms.empty()) throw InputError(file + ": the molecule has no atoms");
-  if (args.density == 0) throw InputError("--density must be at least 1 sample per A^3");
+Outcome volume(Record const& record, std::string const& file, VolumeArgs const& args) {
+  io::Molecule const& molecule = record.molecule;
+  if (molecule.atoms.empty()) throw InputError("the molecule has no atoms");
+  if (args.density == 0) throw UsageError("--density must be at least 1 sample per A^3");
 
   CompositeSolid::SolidSet members;
-  for (io::Atom const& atom : molecule.atoms) {
+  for (std::size_t a = 0; a < molecule.atoms.size(); ++a) {
+    io::Atom const& atom = molecule.atoms[a];
     auto const radius = io::van_der_waals_radius(io::atomic_number(atom.element));
-    if (!radius) throw InputError(file + ": no van der Waals radius for element " + atom.element);
+    if (!radius) {
+      throw InputError("no van der Waals radius for element " + atom.element + " (atom " +
+                       std::to_string(a + 1) + ")");
+    }
     members.insert(make_handle<Sphere>(atom.position, *radius));
   }
-  auto const spheres = make_handle<UnionSolid>(members);
-  auto const generator = make_handle<RandomNumberGenerator>(args.seed1, args.seed2);
-  double const box_volume = spheres->bounding_box()->volume();
-
-  // One run, or equal batches of at most about batch_samples each.
-  double const requested = samples_for(args.density, box_volume);
-  unsigned int const batches =
-      requested > 2 * batch_samples
-          ? static_cast<unsigned int>(std::min(1000.0, std::ceil(requested / batch_samples)))
-          : 1U;
-  unsigned int const batch_density = std::max(1U, args.density / batches);
-  double const per_batch = samples_for(batch_density, box_volume);
-  double hits = 0.0;
-  for (unsigned int b = 0; b < batches; ++b) {
-    double const v =
-        StochasticVolumeCalculator::get_solid_volume(*spheres, batch_density, generator);
-    hits += std::round(v * per_batch / box_volume);
-    if (args.progress) {
-      std::fprintf(stderr, "\rvolume: %3u%% of %.0f samples", (b + 1) * 100 / batches,
-                   per_batch * batches);
-      if (b + 1 == batches) std::fputc('\n', stderr);
-    }
+  UnionSolid const spheres(members);
+  THandle<Box> const box = spheres.bounding_box();
+  double const box_volume = box->volume();
+  unsigned long long const samples =
+      StochasticVolumeCalculator::sample_count(args.density, box_volume);
+  if (static_cast<double>(samples) > max_volume_samples) {
+    throw UsageError("--density " + std::to_string(args.density) + " would take " +
+                     std::to_string(samples) + " samples for this molecule (" +
+                     std::to_string(static_cast<long long>(std::ceil(box_volume))) +
+                     " A^3 box); at most 1e10 are drawn, lower the density");
   }
-  double const samples = per_batch * batches;
-  double const fraction = hits / samples;
-  double const volume = fraction * box_volume;
-  double const error = box_volume * std::sqrt(fraction * (1.0 - fraction) / samples);
+  RandomNumberGenerator const generator(args.seed1, args.seed2);
+  unsigned long long const hits =
+      count_with_progress(spheres, *box, samples, generator, args.progress);
+  double const n = static_cast<double>(samples);
+  double const fraction = static_cast<double>(hits) / n;
+  double const volume = static_cast<double>(hits) * box_volume / n;
+  double const error = box_volume * std::sqrt(fraction * (1.0 - fraction) / n);
 
-  Json result;
-  result["file"] = file;
+  Json result = source_fields(file, record);
   result["atoms"] = molecule.atoms.size();
   result["radii"] = "Bondi (1964), Mantina et al. (2009)";
-  result["density"] = batch_density;
+  result["density"] = args.density;
   result["seeds"] = {args.seed1, args.seed2};
   result["box_volume"] = box_volume;
   result["samples"] = samples;
+  result["hits"] = hits;
   result["volume"] = volume;
   result["standard_error"] = error;
   return {result, [](Json const& r, std::ostream& out) {
@@ -85,9 +100,8 @@ Outcome run_volume(VolumeArgs const& args) {
                 << " atoms as van der Waals spheres\n";
             out << "volume: " << r["volume"].get<double>() << " A^3 +- "
                 << r["standard_error"].get<double>() << " (standard error)\n";
-            out << "samples: " << std::setprecision(0) << r["samples"].get<double>()
-                << " in a bounding box of " << std::setprecision(2) << r["box_volume"].get<double>()
-                << " A^3\n";
+            out << "samples: " << r["samples"].get<unsigned long long>() << " in a bounding box of "
+                << r["box_volume"].get<double>() << " A^3\n";
           }};
 }
 

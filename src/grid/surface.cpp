@@ -291,6 +291,15 @@ int Surface::orient_triangles() {
   return flipped;
 }
 
+int Surface::tidy() {
+  int const removed = remove_degenerate_triangles(0.0);
+  remove_unused_edges();
+  remove_unused_nodes();
+  orient_triangles();
+  update_node_normals();
+  return removed;
+}
+
 SurfaceTopology Surface::topology() const {
   SurfaceTopology report;
   std::vector<char> used(nodes_.size(), 0);

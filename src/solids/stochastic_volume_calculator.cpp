@@ -33,8 +33,24 @@ class PointInserter {
   std::deque<Point>& points_;
 };
 
-/// Draws the samples in the solid's bounding box and applies the action to each one
-/// the solid contains. Per sample: three draws and one contains call, nothing else.
+/// Draws `nsamples` points in the box and applies the action to each one the solid
+/// contains. Per sample: three draws and one contains call, nothing else.
+template <class Action>
+void sample(Solid const& solid, Box const& box, unsigned long long nsamples,
+            RandomNumberGenerator const& rng, Action const& action) {
+  double const lo_x = box.min_x(), lo_y = box.min_y(), lo_z = box.min_z();
+  double const dx = box.max_x() - lo_x, dy = box.max_y() - lo_y, dz = box.max_z() - lo_z;
+  for (unsigned long long i = 0; i < nsamples; ++i) {
+    double const x = lo_x + dx * rng.random_uniform();
+    double const y = lo_y + dy * rng.random_uniform();
+    double const z = lo_z + dz * rng.random_uniform();
+    Point const p(x, y, z);
+    if (solid.contains(p)) action(p);
+  }
+}
+
+/// The sampling routine of both entry points: checks the density, picks the generator,
+/// sizes the run from the solid's bounding box and samples it.
 template <class Action>
 void counter_init(Solid const& solid, unsigned int density,
                   THandle<RandomNumberGenerator> const& generator, Action const& action,
@@ -47,27 +63,15 @@ void counter_init(Solid const& solid, unsigned int density,
   RandomNumberGenerator const& rng = generator ? *generator : *static_generator;
 
   THandle<Box> const box = solid.bounding_box();
-  double const lo_x = box->min_x(), lo_y = box->min_y(), lo_z = box->min_z();
-  double const dx = box->max_x() - lo_x, dy = box->max_y() - lo_y, dz = box->max_z() - lo_z;
-  box_volume = dx * dy * dz;
-
-  nsamples = density;
-  if (box_volume > 1.0) {
-    double const n = static_cast<double>(density) * box_volume;
-    if (!(n < static_cast<double>(std::numeric_limits<unsigned int>::max()) + 1.0)) {
-      throw std::runtime_error(
-          "StochasticVolumeCalculator: sample count exceeds the unsigned int range");
-    }
-    nsamples = static_cast<unsigned int>(n);
+  box_volume =
+      (box->max_x() - box->min_x()) * (box->max_y() - box->min_y()) * (box->max_z() - box->min_z());
+  unsigned long long const n = StochasticVolumeCalculator::sample_count(density, box_volume);
+  if (n > std::numeric_limits<unsigned int>::max()) {
+    throw std::runtime_error(
+        "StochasticVolumeCalculator: sample count exceeds the unsigned int range");
   }
-
-  for (unsigned int i = 0; i < nsamples; ++i) {
-    double const x = lo_x + dx * rng.random_uniform();
-    double const y = lo_y + dy * rng.random_uniform();
-    double const z = lo_z + dz * rng.random_uniform();
-    Point const p(x, y, z);
-    if (solid.contains(p)) action(p);
-  }
+  nsamples = static_cast<unsigned int>(n);
+  sample(solid, *box, nsamples, rng, action);
 }
 
 double estimate(long long count, double box_volume, unsigned int nsamples) noexcept {
@@ -89,6 +93,23 @@ double StochasticVolumeCalculator::get_solid_volume(Solid const& solid, unsigned
   unsigned int nsamples = 0;
   counter_init(solid, density, generator, PointCounter(count), box_volume, nsamples);
   return estimate(count, box_volume, nsamples);
+}
+
+unsigned long long StochasticVolumeCalculator::sample_count(unsigned int density,
+                                                            double box_volume) noexcept {
+  if (!(box_volume > 1.0)) return density;
+  double const n = static_cast<double>(density) * box_volume;
+  // Beyond 2^64 (an unbounded box) the count saturates.
+  if (!(n < 18446744073709551616.0)) return std::numeric_limits<unsigned long long>::max();
+  return static_cast<unsigned long long>(n);
+}
+
+unsigned long long StochasticVolumeCalculator::count_hits(Solid const& solid, Box const& box,
+                                                          unsigned long long nsamples,
+                                                          RandomNumberGenerator const& generator) {
+  long long count = 0;
+  sample(solid, box, nsamples, generator, PointCounter(count));
+  return static_cast<unsigned long long>(count);
 }
 
 double StochasticVolumeCalculator::volume() const {

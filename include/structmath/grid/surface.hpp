@@ -168,6 +168,11 @@ class STRUCTMATH_API Surface {
   /// flipped. A non-orientable piece stays inconsistent somewhere; topology() says so.
   int orient_triangles();
 
+  /// The usual clean-up of a contoured surface, in this order: removes the triangles with
+  /// a repeated node or no area, then the edges and nodes they no longer use; orients the
+  /// triangles and sets the node normals. Returns the number of triangles removed.
+  int tidy();
+
   /// Counts vertices, sides, faces, boundary and non-manifold sides, connected pieces
   /// and degenerate triangles, and checks the orientation.
   SurfaceTopology topology() const;

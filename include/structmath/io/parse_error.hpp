@@ -18,10 +18,13 @@ class STRUCTMATH_IO_API ParseError : public std::runtime_error {
 
   std::string const& file() const noexcept { return file_; }
   int line() const noexcept { return line_; }
+  /// What was wrong, without the file and line.
+  std::string const& problem() const noexcept { return problem_; }
 
  private:
   std::string file_;
   int line_;
+  std::string problem_;
 };
 
 }  // namespace structmath::io

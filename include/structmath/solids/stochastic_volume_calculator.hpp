@@ -7,6 +7,7 @@
 #include "structmath/core/handle.hpp"
 #include "structmath/export.hpp"
 #include "structmath/numeric/point.hpp"
+#include "structmath/solids/box.hpp"
 #include "structmath/solids/random_number_generator.hpp"
 #include "structmath/solids/solid.hpp"
 
@@ -39,6 +40,21 @@ class STRUCTMATH_API StochasticVolumeCalculator {
   /// The volume estimate, counting hits without keeping them; allocates nothing.
   static double get_solid_volume(Solid const& solid, unsigned int density,
                                  THandle<RandomNumberGenerator> generator);
+
+  /// The number of samples drawn for a box of this volume: density * box volume truncated
+  /// to an integer when the box volume exceeds 1, density otherwise. Unlike the two
+  /// entry points above, the count is not limited to the unsigned int range.
+  static unsigned long long sample_count(unsigned int density, double box_volume) noexcept;
+
+  /// Draws `nsamples` points uniformly in `box` (three deviates each, in x, y, z order)
+  /// and returns how many of them `solid` contains: the sampling loop of the entry points
+  /// on its own. Successive calls with one generator continue its sequence, so sampling
+  /// in parts counts exactly what one call would (a caller can report progress between
+  /// parts); get_solid_volume(solid, density, g) equals count_hits(solid,
+  /// *solid.bounding_box(), sample_count(density, box volume), *g) * box volume / samples.
+  static unsigned long long count_hits(Solid const& solid, Box const& box,
+                                       unsigned long long nsamples,
+                                       RandomNumberGenerator const& generator);
 
   /// The accepted points, in the order drawn.
   THandle<std::deque<Point>> const& points() const noexcept { return points_; }
