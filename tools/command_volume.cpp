@@ -18,8 +18,10 @@ namespace structmath::tool {
 
 namespace {
 
-// Samples are counted in parts of this size, so that progress can be shown between them.
-constexpr unsigned long long part_samples = 1ULL << 20;
+// Samples are counted in parts, so that progress can be shown between them: small at
+// first, to judge the speed early, then doubled while a part takes under 50 ms.
+constexpr unsigned long long first_part = 1ULL << 14;
+constexpr unsigned long long largest_part = 1ULL << 24;
 
 // Counts the hits of one run part by part, exactly as one call would count them; shows
 // progress on stderr once the run is expected to take more than about a second.
@@ -30,12 +32,18 @@ unsigned long long count_with_progress(Solid const& solid, Box const& box,
   auto const start = Clock::now();
   bool shown = false;
   unsigned long long hits = 0;
+  unsigned long long part_size = first_part;
   for (unsigned long long done = 0; done < samples;) {
-    unsigned long long const part = std::min(part_samples, samples - done);
+    auto const part_start = Clock::now();
+    unsigned long long const part = std::min(part_size, samples - done);
     hits += StochasticVolumeCalculator::count_hits(solid, box, part, generator);
     done += part;
+    auto const now = Clock::now();
+    if (part_size < largest_part && now - part_start < std::chrono::milliseconds(50)) {
+      part_size *= 2;
+    }
     if (!progress || done == samples) continue;
-    double const elapsed = std::chrono::duration<double>(Clock::now() - start).count();
+    double const elapsed = std::chrono::duration<double>(now - start).count();
     if (!shown && elapsed * static_cast<double>(samples) / static_cast<double>(done) < 1.0) {
       continue;
     }
