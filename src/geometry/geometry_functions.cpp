@@ -162,7 +162,7 @@ double rms_distance(std::vector<Point> const& a, std::vector<Point> const& b) {
 double rms_distance(std::vector<Point> const& a, std::vector<Point> const& b, double limit) {
   check_lengths("rms_distance()", a.size(), b.size(), "points in the second list");
   double const n = static_cast<double>(a.size());
-  double const bound = n * limit * limit;
+  double const bound = n * (limit * limit);  // the square of the limit first
   double sum = 0.0;
   for (std::size_t i = 0; i < a.size(); ++i) {
     sum += squared(a[i], b[i]);
@@ -185,7 +185,7 @@ double weighted_rms_distance(std::vector<Point> const& a, std::vector<Point> con
   check_lengths("weighted_rms_distance()", a.size(), b.size(), "points in the second list");
   check_lengths("weighted_rms_distance()", a.size(), weights.size(), "weights");
   double const n = static_cast<double>(a.size());
-  double const bound = n * limit * limit;
+  double const bound = n * (limit * limit);  // the square of the limit first
   double sum = 0.0;
   for (std::size_t i = 0; i < a.size(); ++i) {
     sum += weights[i] * squared(a[i], b[i]);
@@ -221,10 +221,9 @@ Point internal_to_orthogonal(Point const& a, double dist, Point const& b, Angle 
   // The normal of the plane a, b, c, oriented so that the torsion X-a-b-c comes out as
   // tau; the in-plane axis points from the line a-b towards c.
   double const d = bc * ab;
-  double const sin_squared = 1.0 - d * d;
   Vector3D normal;
-  if (sin_squared > 1e-14) {
-    normal = bc.cross(ab) / std::sqrt(sin_squared);
+  if (std::fabs(d) < 1.0) {
+    normal = bc.cross(ab) / std::sqrt(1.0 - d * d);
   } else {
     // Collinear reference points: no plane to measure the torsion from; use a fixed
     // perpendicular of a - b so the result stays finite.

@@ -51,22 +51,29 @@ void Ullmann::create(THandle<ResizableArray2D<bool>> pattern,
   columns_ = nt;
   used_columns_.assign(to_index(columns_), false);
   nmatches_ = 0;
+}
 
+void Ullmann::read_graphs() {
+  // The search reads the pattern and target as they are now, through the shared handles.
   ResizableArray2D<bool> const& p = *pattern_;
+  ResizableArray2D<bool> const& t = *target_;
+  if (p.nrows() != rows_ || p.ncols() != rows_ || t.nrows() != columns_ || t.ncols() != columns_ ||
+      candidates_->nrows() != rows_ || candidates_->ncols() != columns_) {
+    throw std::invalid_argument("Ullmann::find(): matrix sizes changed since create()");
+  }
   pattern_neighbours_.assign(to_index(rows_), {});
   for (int i = 0; i < rows_; ++i) {
     for (int k = 0; k < rows_; ++k) {
       if (p[i][k]) pattern_neighbours_[to_index(i)].push_back(k);
     }
   }
-  ResizableArray2D<bool> const& t = *target_;
   target_sources_.assign(to_index(columns_), {});
   for (int c = 0; c < columns_; ++c) {
     for (int j = 0; j < columns_; ++j) {
       if (t[c][j]) target_sources_[to_index(j)].push_back(c);
     }
   }
-  saved_.assign(to_index(rows_), ResizableArray2D<bool>());
+  saved_.resize(to_index(rows_));
 }
 
 bool Ullmann::find() {
@@ -76,13 +83,9 @@ bool Ullmann::find() {
   }
   if (!candidates_) throw std::runtime_error("Ullmann::find(): create() has not been called");
   if (rows_ > columns_) return false;
+  read_graphs();
   nmatches_ = 0;
-  if (rows_ == 0) {
-    // The empty pattern has exactly one (empty) embedding.
-    if (check_match(create_match())) ++nmatches_;
-  } else {
-    depthfirst(0);
-  }
+  depthfirst(0);
   if (VascLog::enabled(2)) {
     VascLog::start_debug_line(2) << "Ullmann::find() returning: nmatches_ = " << nmatches_;
     VascLog::end_debug_line();
@@ -97,6 +100,8 @@ bool Ullmann::depthfirst(int d) {
     VascLog::start_debug_line(3) << "Ullmann::depthfirst() entered: d = " << d;
     VascLog::end_debug_line();
   }
+  // An empty pattern has no node 0 to assign: no candidate, no match.
+  if (d >= rows_) return false;
   ResizableArray2D<bool>& M = *candidates_;
   ResizableArray2D<bool>& saved = saved_[to_index(d)];
   saved = M;  // reuses the buffer once its shape is set

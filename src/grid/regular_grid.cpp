@@ -130,6 +130,11 @@ NormalGrid::NormalGrid(int nx, int ny, int nz, Point const& origin, Vector3D con
   valuer_ = make_handle<SimpleInterpolator>();
 }
 
+NormalGrid::NormalGrid(int& nx, int& ny, int& nz, Point& origin, Vector3D& plus_x, Vector3D& plus_y,
+                       Vector3D& plus_z)
+    : NormalGrid(static_cast<int const&>(nx), ny, nz, static_cast<Point const&>(origin),
+                 static_cast<Vector3D const&>(plus_x), plus_y, plus_z) {}
+
 double NormalGrid::value(Point const& p) const { return value_at(p, true); }
 
 CalculatedGrid::CalculatedGrid() : CalculatedGrid(10, 10, 10) {}
@@ -143,6 +148,11 @@ CalculatedGrid::CalculatedGrid(int nx, int ny, int nz, Point const& origin, Vect
   valuer_ = make_handle<default_locationValuer>();
   outside_valuer_ = make_handle<default_locationValuer>();
 }
+
+CalculatedGrid::CalculatedGrid(int& nx, int& ny, int& nz, Point& origin, Vector3D& plus_x,
+                               Vector3D& plus_y, Vector3D& plus_z)
+    : CalculatedGrid(static_cast<int const&>(nx), ny, nz, static_cast<Point const&>(origin),
+                     static_cast<Vector3D const&>(plus_x), plus_y, plus_z) {}
 
 double CalculatedGrid::value(int i, int j, int k) const { return value(location(i, j, k)); }
 

@@ -10,15 +10,23 @@
 
 namespace structmath {
 
+namespace {
+
+// Values up to this many turns are reduced by repeated addition or subtraction alone
+// (at most about 17 million steps, some tens of milliseconds).
+constexpr double loop_turns = 16777216.0;
+
+}  // namespace
+
 void Angle::modulo() noexcept {
-  // Infinities have no direction; beyond 65536 turns the loops below would take very
-  // long (or, where 2pi is below the resolution of the value, never end), so such
-  // values are first brought near the range by a floating remainder.
+  // Kept for infinities and beyond 2^24 turns only: there the loops below would never
+  // end (inf - 2pi is inf) or take too long, so a floating remainder brings the value
+  // near the range first.
   if (std::isinf(value_)) {
     value_ = std::nan("");
     return;
   }
-  if (std::fabs(value_) > 65536.0 * two_pi) value_ = std::fmod(value_, two_pi);
+  if (std::fabs(value_) > loop_turns * two_pi) value_ = std::fmod(value_, two_pi);
   while (value_ < 0.0) value_ += two_pi;
   while (value_ >= two_pi) value_ -= two_pi;  // not '!(value_ < two_pi)': NaN must leave
 }

@@ -107,15 +107,15 @@ bool Simplex::minimise_simplex(PenaltyFunction& pf, VariableValue) {
   niterations_ = 0;
   values_.resize(nvertices);
   for (std::size_t i = 0; i < nvertices; ++i) values_[i] = evaluate(pf, vertices_[i]);
-  if (nvertices < 2) {
-    // A single vertex has nothing to be ordered against or moved towards.
-    throw std::runtime_error(
-        "Simplex::minimise_simplex(PenaltyFunction& pf, VariableValue vv): no free dimension "
-        "to vary");
-  }
   auto& y = values_;
 
   while (niterations_ <= max_iterations_) {
+    if (nvertices < 2) {
+      // A single vertex has nothing to be ordered against or moved towards.
+      throw std::runtime_error(
+          "Simplex::minimise_simplex(PenaltyFunction& pf, VariableValue vv): no free "
+          "dimension to vary");
+    }
     // Order: best lo, worst hi, next-worst nh; strict comparisons, ties keep the earlier.
     std::size_t lo = y[0] > y[1] ? 1 : 0;
     std::size_t hi = y[0] <= y[1] ? 1 : 0;

@@ -35,8 +35,11 @@ void CompositeSolid::rebuild_members() {
 }
 
 bool CompositeSolid::contains_solid(Solid const& s, SolidSet::const_iterator& position) const {
-  THandle<Box> const wanted = s.bounding_box();
+  // The argument's box is asked for only once there is a member to compare it with, so
+  // an empty composite answers false for any argument, an empty union included.
+  THandle<Box> wanted;
   for (position = solids_.begin(); position != solids_.end(); ++position) {
+    if (!wanted) wanted = s.bounding_box();
     if (equals(*(*position)->bounding_box(), *wanted, 1e-7)) return true;
   }
   return false;

@@ -120,6 +120,18 @@ TEST(GeometryFunctions, RmsFormsAgreeAndTheLimitFormsStopEarly) {
   EXPECT_EQ(weighted_rms_distance(a, b, twos, 2.0), -1.0);
   EXPECT_DOUBLE_EQ(weighted_rms_distance(a, b, {1.0, 0.0, 5.0, 0.5}), std::sqrt(5.5 / 4.0));
 
+  // The bound is n times the squared limit; a sum equal to it is within the limit. With
+  // three points exactly `limit` away the sum is exactly 3 * (limit * limit), which
+  // (3 * limit) * limit falls short of for these limits.
+  for (double const limit : {1.011, 1.013, 1.014}) {
+    ASSERT_LT((3.0 * limit) * limit, 3.0 * (limit * limit)) << limit;
+    std::vector<Point> const off{Point(limit, 0, 0), Point(0, limit, 0), Point(0, 0, limit)};
+    std::vector<Point> const origin(3, Point(0, 0, 0));
+    EXPECT_EQ(rms_distance(origin, off, limit), rms_distance(origin, off)) << limit;
+    EXPECT_EQ(weighted_rms_distance(origin, off, {1, 1, 1}, limit), rms_distance(origin, off));
+  }
+  EXPECT_EQ(rms_distance(a, a, 0.0), 0.0);  // a zero sum does not exceed a zero bound
+
   EXPECT_TRUE(std::isnan(rms_distance({}, {})));
   EXPECT_EQ(message_of([&] { rms_distance(a, {Point()}); }),
             "rms_distance(): fewer points in the second list than points");
@@ -143,6 +155,14 @@ TEST(GeometryFunctions, InternalCoordinatesRoundTripOverRandomInput) {
     EXPECT_NEAR(distance(x, a), dist, 1e-10);
     EXPECT_NEAR(angle(x, a, b).radians(), theta.radians(), 1e-8);
     EXPECT_NEAR(torsion_angle(x, a, b, c).radians(), tau.radians(), 1e-8);
+  }
+  // References a hair off a line still define a plane, and the torsion is kept (the
+  // sine of a tiny angle loses digits, so distance and angle are only near).
+  for (double const off : {5e-8, 7e-8, 1e-7}) {
+    Point const a(2, 0, 0), b(1, 0, 0), c(0, off, 0);
+    Point const x =
+        internal_to_orthogonal(a, 1.5, b, Angle::from_degrees(109.5), c, Angle::from_degrees(60.0));
+    EXPECT_NEAR(torsion_angle(x, a, b, c, 1e-15).degrees(), 60.0, 1e-6) << off;
   }
   // Collinear references leave the torsion undefined but the point finite and placed.
   Point const x = internal_to_orthogonal(Point(2, 0, 0), 1.5, Point(1, 0, 0),

@@ -40,6 +40,7 @@ struct Embeddings {
     search(0);
   }
   void search(int i) {
+    if (pattern.nrows() == 0) return;  // no node to assign, no embedding
     if (i == pattern.nrows()) return found.push_back(map);
     for (int j = 0; j < target.nrows(); ++j) {
       bool fits = candidates[i][j] && std::count(map.begin(), map.end(), j) == 0;
@@ -132,6 +133,43 @@ TEST(Ullmann, MoleculeEmbeddingsByElement) {
   EXPECT_FALSE(embeds(testing::cyclohexane(), benzene));
   EXPECT_FALSE(embeds(testing::carbon_star(3), testing::heavy_atoms(benzene)));
   EXPECT_TRUE(embeds(testing::carbon_star(3), skeleton));
+}
+
+TEST(Ullmann, FindReadsTheGraphsAsTheyStandWhenItRuns) {
+  // A path a-b-c in a path: embeds. Closing the pattern into a triangle after create
+  // must be seen by find, and a triangle does not embed in a path.
+  auto const pattern = handle(3, {{0, 1}, {1, 2}});
+  auto const target = handle(4, {{0, 1}, {1, 2}, {2, 3}});
+  Ullmann search;
+  search.create(pattern, target, make_handle<Matrix>(3, 4, true));
+  (*pattern)[0][2] = (*pattern)[2][0] = true;
+  EXPECT_FALSE(search.find());
+  EXPECT_EQ(search.nmatches(), 0);
+  // And the other way: a target edge added after create makes the triangle fit.
+  (*target)[0][2] = (*target)[2][0] = true;
+  EXPECT_TRUE(search.find());
+  // Contents may change between create and find; sizes may not.
+  auto const grown = handle(5);
+  Ullmann other;
+  other.create(pattern, target, make_handle<Matrix>(3, 4, true));
+  *target = *grown;
+  testing::expect_throw_message<std::invalid_argument>(
+      [&] { other.find(); }, "Ullmann::find(): matrix sizes changed since create()");
+}
+
+TEST(Ullmann, EmptyPatternHasNoNodeToAssign) {
+  for (int nt : {0, 3}) {
+    testing::LogCapture capture(3, 0);
+    Recorder search(true, 1);
+    search.create(handle(0), handle(nt), make_handle<Matrix>(0, nt));
+    EXPECT_FALSE(search.find()) << nt;
+    EXPECT_EQ(search.nmatches(), 0);
+    EXPECT_TRUE(search.offered.empty());
+    EXPECT_EQ(capture.text(),
+              "Ullmann::find() entered\n"
+              "Ullmann::depthfirst() entered: d = 0\n"
+              "Ullmann::find() returning: nmatches_ = 0\n");
+  }
 }
 
 TEST(Ullmann, RejectsMismatchedOrMissingMatrices) {

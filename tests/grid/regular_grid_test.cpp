@@ -10,6 +10,7 @@
 
 #include "grid_fixtures.hpp"
 #include "structmath/grid/calculated_grid.hpp"
+#include "structmath/grid/normal_grid.hpp"
 #include "support/expect_throw.hpp"
 
 namespace structmath {
@@ -32,6 +33,26 @@ TEST(RegularGrid, DefaultGeometryIsTenNodesOverTheUnitCube) {
   EXPECT_EQ(g.value(4, 5, 6), 0.0);
   EXPECT_THROW(NormalGrid(0, 2, 2), std::invalid_argument);
   EXPECT_THROW(CalculatedGrid(2, 2, -3), std::invalid_argument);
+}
+
+TEST(RegularGrid, NonConstArgumentsBuildTheSameGridAndRecomputingChangesNothing) {
+  int nx = 3, ny = 4, nz = 5;
+  Point origin(1, 2, 3);
+  Vector3D px(2, 0, 0), py(0, 3, 0), pz(0, 0, 4);
+  NormalGrid const by_reference(nx, ny, nz, origin, px, py, pz);
+  CalculatedGrid calculated(nx, ny, nz, origin, px, py, pz);
+  NormalGrid by_value(3, 4, 5, Point(1, 2, 3), Vector3D(2, 0, 0), Vector3D(0, 3, 0),
+                      Vector3D(0, 0, 4));
+  by_value.update_extra_attributes();
+  calculated.update_extra_attributes();
+  for (Point const p : {Point(1.5, 2.5, 3.5), Point(2.9, 4.1, 6.0)}) {
+    EXPECT_TRUE(equals(by_reference.local_space(p), by_value.local_space(p), 0.0));
+    EXPECT_TRUE(equals(calculated.local_space(p), by_value.local_space(p), 0.0));
+  }
+  EXPECT_TRUE(equals(by_value.step_y(), Vector3D(0, 1, 0), 0.0));
+  EXPECT_TRUE(equals(by_reference.location(2, 3, 4), Point(3, 5, 7), 0.0));
+  EXPECT_EQ(nx, 3);  // the references are left as they were
+  EXPECT_TRUE(equals(origin, Point(1, 2, 3), 0.0));
 }
 
 TEST(RegularGrid, LocalSpaceDividesByTheXEdgeLengthAndInsideReachesTheNodeCounts) {

@@ -37,5 +37,21 @@ TEST(SurfaceArray3D, CopiesShareTheBlockUntilTheLastGoes) {
   EXPECT_EQ(a.use_count(), 1);
 }
 
+TEST(SurfaceArray3D, InitializeAdoptsABlockAndDestroyLetsGoOfIt) {
+  SurfaceArray3D<double> a(1, 1, 1, 5.0);
+  SurfaceArray3D<double> const old_copy(a);
+  auto* block = new double[6]{0, 1, 2, 3, 4, 5};
+  a.initialize_(block, 1, 2, 3);
+  EXPECT_EQ(a.data(), block);
+  EXPECT_EQ(a[0][1][2], 5.0);
+  EXPECT_EQ(a.use_count(), 1);
+  EXPECT_EQ(old_copy(0, 0, 0), 5.0);  // the block given up stays with its other copy
+  SurfaceArray3D<double> shared(a);
+  a.destroy_();
+  EXPECT_EQ(a.size(), 0U);
+  EXPECT_EQ(shared[0][1][0], 3.0);  // still held by the copy
+  EXPECT_EQ(shared.use_count(), 1);
+}
+
 }  // namespace
 }  // namespace structmath

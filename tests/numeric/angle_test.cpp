@@ -56,6 +56,21 @@ TEST(Angle, ModuloFoldsIntoHalfOpenFullTurn) {
   EXPECT_TRUE(huge >= 0.0 && huge < two_pi);
 }
 
+TEST(Angle, ModuloStepsThroughLargeValuesUpToSixteenMillionTurns) {
+  // The rounding of every step stays in the result, far from what a remainder gives.
+  EXPECT_EQ(normalised(1e6 + 0.3), 6.2256225263314064);
+  double const beyond = 65536.0 * two_pi + 0.5;
+  EXPECT_NEAR(normalised(beyond), 0.500000426, 5e-10);
+  EXPECT_NE(normalised(beyond), std::fmod(beyond, two_pi));
+  double stepped = -(1 << 20) * two_pi - 1.25;
+  double const start = stepped;
+  while (stepped < 0.0) stepped += two_pi;
+  EXPECT_EQ(normalised(start), stepped);
+  // Beyond 2^24 turns a remainder brings the value near the range first.
+  double const far = 4e8 + 0.1;
+  EXPECT_EQ(normalised(far), normalised(std::fmod(far, two_pi)));
+}
+
 TEST(Angle, ComparisonsAndEqualsUseRawRadiansWithoutWrap) {
   Angle const a(1.0), b(2.0), n(nan);
   EXPECT_TRUE(a < b && a <= b && a <= a && a >= a && a != b && !(a >= b) && !(a > b));

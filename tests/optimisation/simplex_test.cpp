@@ -198,5 +198,21 @@ TEST(Simplex, FailuresCarryTheirExactTextAndEvaluateNothing) {
   EXPECT_EQ(counter->evaluations, 0);
 }
 
+TEST(Simplex, ANegativeIterationLimitRunsNoIterationEvenWithNothingFree) {
+  // Every dimension fixed: nothing to vary, but no iteration is asked for either, so
+  // the run evaluates its single vertex, returns false and writes the start to LATEST.
+  auto held = make_handle<FunctionVariable>(Values{1.0, 2.0});
+  held->fix_to_starting();
+  auto counter = make_handle<ConstantTerm>(3.0, Variables{held});
+  PenaltyFunction fixed({counter});
+  fixed.update_variables(LATEST, {5.0, 6.0});
+  Simplex simplex(1, -1, 1e-9);
+  EXPECT_FALSE(simplex.minimise(fixed, STARTING));
+  EXPECT_EQ(fixed.variable_values(LATEST), (Values{1.0, 2.0}));
+  EXPECT_EQ(simplex.niterations(), 0);
+  EXPECT_EQ(counter->evaluations, 2);  // one vertex per run, two runs
+  EXPECT_FALSE(fixed.optimised_ok());
+}
+
 }  // namespace
 }  // namespace structmath

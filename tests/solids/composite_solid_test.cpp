@@ -61,6 +61,16 @@ TEST(CompositeSolid, EmptyAndNullMembers) {
                                                     "UnionSolid::bounding_box(): no member solids");
   testing::expect_throw_message<std::runtime_error>(
       [&] { all.bounding_box(); }, "IntersectionSolid::bounding_box(): no member solids");
+  // An empty composite finds no member for any argument, an empty union included, and
+  // removing it is no error.
+  UnionSolid empty_union(CompositeSolid::SolidSet{});
+  IntersectionSolid empty_intersection(CompositeSolid::SolidSet{});
+  CompositeSolid::SolidSet::const_iterator position;
+  EXPECT_FALSE(empty_union.contains_solid(none, position));
+  EXPECT_TRUE(position == empty_union.solids().end());
+  EXPECT_NO_THROW(empty_union.remove_solid(none));
+  EXPECT_NO_THROW(empty_intersection.remove_solid(none));
+  EXPECT_FALSE(empty_intersection.contains_solid(*box(0, 1, 0, 1, 0, 1), position));
   UnionSolid const with_null(box(0, 1, 0, 1, 0, 1), THandle<Solid>());
   EXPECT_THROW(with_null.contains(Point(5, 5, 5)), std::runtime_error);
 }

@@ -54,9 +54,10 @@ STRUCTMATH_API Angle torsion_angle(Point const& a, Point const& b, Point const& 
                                    double tolerance = default_tolerance);
 
 /// Whether a torsion over these bonds is well defined: false when either consecutive
-/// pair has a cross product of length at most the tolerance, when a bond is itself that
-/// short, or when either pair's angle lies outside [pi - max_angle, max_angle]. Never
-/// throws for degenerate bonds.
+/// pair has a cross product of length at most the tolerance, or either pair's angle lies
+/// outside [pi - max_angle, max_angle]; also false when a bond is itself no longer than
+/// the tolerance (kept: such a bond has no direction to measure an angle from, and
+/// would throw). Never throws for degenerate bonds.
 STRUCTMATH_API bool valid_torsion(Vector3D const& bond1, Vector3D const& bond2,
                                   Vector3D const& bond3, Angle const& max_angle,
                                   double tolerance = default_tolerance);
@@ -98,7 +99,8 @@ STRUCTMATH_API double max_distance(std::vector<Point> const& a, std::vector<Poin
 /// sqrt(sum |a[i] - b[i]|^2 / n), n = a.size(); NaN for empty lists.
 STRUCTMATH_API double rms_distance(std::vector<Point> const& a, std::vector<Point> const& b);
 /// As rms_distance, but returns -1.0 as soon as the running sum of squares exceeds
-/// n * limit^2, so a comparison that cannot be within the limit stops early.
+/// n * limit^2 (the limit squared first), so a comparison that cannot be within the
+/// limit stops early; a sum equal to the bound is within it.
 STRUCTMATH_API double rms_distance(std::vector<Point> const& a, std::vector<Point> const& b,
                                    double limit);
 /// sqrt(sum w[i] |a[i] - b[i]|^2 / n): divided by the number of points n, not by the sum
@@ -121,10 +123,12 @@ STRUCTMATH_API THandle<Matrix3D> weighted_inertia_tensor(std::vector<Point> cons
 
 /// The point X with |X - a| = dist, angle X-a-b = theta and torsion X-a-b-c = tau (the
 /// Z-matrix construction). Coincident a, b or b, c throw "Cannot normalize a zero length
-/// Vector". When a, b and c are collinear (the sine of the angle between b - c and a - b
-/// at most 1e-7) the torsion has no reference plane; X is then placed at the right
-/// distance and angle with the torsion measured from the plane spanned by a - b and
-/// (a - b).perp(), so the result is finite and reproducible.
+/// Vector". The reference plane's normal is (b - c) x (a - b) over the sine of their
+/// angle, sqrt(1 - d^2) with d the dot product of their unit vectors, however small the
+/// sine. Only when a, b and c are exactly collinear (|d| >= 1) has the torsion no
+/// reference plane; X is then placed at the right distance and angle with the torsion
+/// measured from the plane spanned by a - b and (a - b).perp(), so the result is finite
+/// and reproducible.
 STRUCTMATH_API Point internal_to_orthogonal(Point const& a, double dist, Point const& b,
                                             Angle const& theta, Point const& c, Angle const& tau);
 

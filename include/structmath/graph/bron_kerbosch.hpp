@@ -71,6 +71,10 @@ class STRUCTMATH_API BronKerbosch {
   /// through c-edges (entries 1), in the order found; every clique of the
   /// largest size is reached. Cliques are not grown beyond `max_size` nodes (a
   /// clique that reaches it counts as complete); max_size < 1 finds nothing.
+  /// A clique is recorded when no candidate remains and no explored node joins it
+  /// by a c-edge; explored nodes joined by d-edges only do not block it (kept: they
+  /// cannot extend it connectedly, and letting them block would lose maximal
+  /// connected cliques).
   /// Throws std::invalid_argument
   /// "BronKerbosch::find_connected_cliques(): matrix not square".
   static CliqueList find_connected_cliques(ResizableArray2D<int> const& C, int max_cliques,

@@ -26,7 +26,9 @@ namespace structmath {
 ///
 /// After a search that reached the limit M holds the accepted assignment (one
 /// true per row); otherwise M is as `create` received it and no column is used.
-/// The pattern and target must not change between `create` and `find`.
+/// `find` reads the pattern, target and candidates through the shared handles as
+/// they stand when it runs, so edges changed after `create` count; their sizes must
+/// not change. An empty pattern gives false: there is no node to assign.
 class STRUCTMATH_API Ullmann {
  public:
   /// Null handles; match limit 1.
@@ -44,7 +46,8 @@ class STRUCTMATH_API Ullmann {
 
   /// Runs the search; true when at least one match was accepted. A pattern
   /// larger than the target gives false at once. Throws std::runtime_error
-  /// "Ullmann::find(): create() has not been called" before `create`.
+  /// "Ullmann::find(): create() has not been called" before `create`, and
+  /// std::invalid_argument "Ullmann::find(): matrix sizes changed since create()".
   virtual bool find();
 
   /// Accepts or rejects a complete match: entry i is the target node of pattern
@@ -79,7 +82,10 @@ class STRUCTMATH_API Ullmann {
   std::vector<bool> used_columns_;
 
  private:
-  // Neighbour lists taken at create: pattern_neighbours_[i] holds the k with
+  // Builds the neighbour lists from the matrices as they are when find runs.
+  void read_graphs();
+
+  // Neighbour lists taken at find: pattern_neighbours_[i] holds the k with
   // pattern[i][k], target_sources_[j] the c with target[c][j].
   std::vector<std::vector<int>> pattern_neighbours_;
   std::vector<std::vector<int>> target_sources_;

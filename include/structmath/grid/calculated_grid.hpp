@@ -19,6 +19,9 @@ class STRUCTMATH_API CalculatedGrid : public RegularGrid {
   /// Throws std::invalid_argument("Grid: node counts must be at least 1").
   CalculatedGrid(int nx, int ny, int nz, Point const& origin, Vector3D const& plus_x,
                  Vector3D const& plus_y, Vector3D const& plus_z);
+  /// The same from non-const references, which are left unchanged.
+  CalculatedGrid(int& nx, int& ny, int& nz, Point& origin, Vector3D& plus_x, Vector3D& plus_y,
+                 Vector3D& plus_z);
 
   /// value(location(i, j, k)).
   double value(int i, int j, int k) const override;

@@ -43,6 +43,11 @@ class STRUCTMATH_API RegularGrid : public Grid {
   void set_outside_value(double value) override;
   double outside_value() const override { return outside_; }
 
+  /// Recomputes the derived fields from the edges and node counts: the edge lengths,
+  /// the steps (plus_x / (nx - 1), zero with one node) and their lengths. The
+  /// constructors call it; it changes nothing observable on a grid built since.
+  void update_extra_attributes();
+
   /// The node spacing along each edge: plus_x / (nx - 1), or zero with one node.
   Vector3D step_x() const noexcept { return step_x_; }
   Vector3D step_y() const noexcept { return step_y_; }
@@ -58,9 +63,6 @@ class STRUCTMATH_API RegularGrid : public Grid {
   /// the valuer again, or (when outside_throws) std::runtime_error("Cannot obtain value
   /// for outside of grid").
   double value_at(Point const& p, bool outside_throws) const;
-
-  /// Recomputes the edge lengths, the steps and their lengths.
-  void update_extra_attributes();
 
   Point origin_;
   Vector3D plus_x_;

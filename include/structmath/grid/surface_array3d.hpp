@@ -67,14 +67,11 @@ class SurfaceArray3D {
     for (std::size_t e = 0; e < n; ++e) block_[e] = value;
   }
 
- private:
-  static std::size_t element_count(int nx, int ny, int nz) noexcept {
-    return static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny) *
-           static_cast<std::size_t>(nz);
-  }
-
-  /// Takes ownership of block and builds the row index over it.
+  /// Takes ownership of `block` (nx * ny * nz elements allocated with new T[]) and
+  /// builds the row index over it, after letting go of the block this array held. If it
+  /// throws (out of memory), the block stays the caller's.
   void initialize_(T* block, int nx, int ny, int nz) {
+    release();
     std::size_t const ni = static_cast<std::size_t>(nx);
     std::size_t const nj = static_cast<std::size_t>(ny);
     std::size_t const nk = static_cast<std::size_t>(nz);
@@ -102,8 +99,18 @@ class SurfaceArray3D {
     planes_ = planes;
   }
 
-  /// Frees the block and its index.
-  void destroy_() noexcept {
+  /// Lets go of the block: this array becomes empty, and the block and its index are
+  /// freed when no other copy shares them.
+  void destroy_() noexcept { release(); }
+
+ private:
+  static std::size_t element_count(int nx, int ny, int nz) noexcept {
+    return static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny) *
+           static_cast<std::size_t>(nz);
+  }
+
+  // Frees the block and its index.
+  void free_block() noexcept {
     delete[] planes_;
     delete[] rows_;
     delete[] block_;
@@ -128,7 +135,7 @@ class SurfaceArray3D {
 
   void release() noexcept {
     if (count_ && --*count_ == 0) {
-      destroy_();
+      free_block();
     } else {
       count_ = nullptr;
       planes_ = nullptr;

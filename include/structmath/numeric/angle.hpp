@@ -32,9 +32,10 @@ class STRUCTMATH_API Angle {
   constexpr double degrees() const noexcept { return value_ * radians_to_degrees; }
 
   /// Normalises into [0, 2pi) by repeated addition or subtraction of 2pi, so 2pi and
-  /// -2pi become 0 (kept instead of a floating remainder: results match existing data
-  /// to the last bit). NaN stays NaN, an infinity becomes NaN, and a value beyond 65536
-  /// turns is first reduced by a floating remainder.
+  /// -2pi become 0 (kept instead of a floating remainder: the rounding of each step is
+  /// part of the result). NaN stays NaN; an infinity becomes NaN, and a value beyond
+  /// 2^24 turns is first reduced by a floating remainder, where the loop would not end
+  /// or would take too long.
   void modulo() noexcept;
 
   constexpr bool operator==(Angle const& other) const noexcept { return value_ == other.value_; }

@@ -21,6 +21,10 @@ namespace structmath {
 ///
 /// The default fraction is one, not zero: it is the identity of `pow`.
 ///
+/// A trivially copyable value type of three ints, without virtual print, read and
+/// write (kept: fractions are copied and stored in bulk, and a vtable would double
+/// their size for no caller that overrides them).
+///
 /// Intermediate products are formed in 64-bit arithmetic and reduced before they
 /// are stored, so a result is exact whenever its parts fit in an int; when a part
 /// of a result (or of one of the mixed numbers a product is built from) does not,

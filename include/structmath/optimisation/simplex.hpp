@@ -49,11 +49,15 @@ class STRUCTMATH_API Simplex : public Minimise {
   ~Simplex() override;
 
   /// Minimises from the STARTING or LATEST values and returns whether the last run
-  /// converged. Throws std::invalid_argument for any other selector, std::runtime_error
-  /// when no dimension is free; errors of the function and variables pass through.
+  /// converged. Throws std::invalid_argument for any other selector, and
+  /// std::runtime_error when an iteration would run with no free dimension (with a
+  /// negative max_iterations() a run makes none: it returns false and writes the start
+  /// back to LATEST); errors of the function and variables pass through.
   bool minimise(PenaltyFunction& pf, VariableValue vv) override;
 
-  /// Builds the starting simplex around the selected values.
+  /// Builds the starting simplex around the selected values. Resets the best-vertex
+  /// index to 0 (kept: the dimension may change between runs, and an old index could
+  /// point past the new simplex).
   void setup_simplex(PenaltyFunction const& pf, VariableValue vv);
   /// One run from the current simplex; true when it converged.
   bool minimise_simplex(PenaltyFunction& pf, VariableValue vv);

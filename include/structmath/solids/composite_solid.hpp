@@ -27,7 +27,8 @@ class STRUCTMATH_API CompositeSolid : public Solid {
   /// Finds the first member, in set order, whose bounding box equals that of s within
   /// 1e-7 on all six bounds; position is left there, or at the end when none matches.
   /// Sameness is by bounding box, not identity: any solid with a matching box stands
-  /// for the member, which lets callers remove a member through a copy.
+  /// for the member, which lets callers remove a member through a copy. An empty
+  /// composite answers false without asking s for its box (an empty union has none).
   bool contains_solid(Solid const& s, SolidSet::const_iterator& position) const;
   /// Removes the member that contains_solid finds for s; does nothing when none.
   void remove_solid(Solid const& s);

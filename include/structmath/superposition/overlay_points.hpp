@@ -46,7 +46,8 @@ class STRUCTMATH_API OverlayPoints {
 
   /// Fits the first n points (n = target size) onto the target, ignoring any further
   /// points, and returns the RMS deviation of the kept candidate. Throws as
-  /// check_input_size when fewer points are given; the object is then unchanged.
+  /// check_input_size when fewer points are given; the object then keeps its previous
+  /// fit (kept: no field is written before the fit is complete).
   double fit(std::vector<Point> const& points);
   /// As fit(points), with every RMS deviation and the correlation matrix weighted per
   /// point. The centroid and the maximum deviation stay unweighted (kept: callers weight
