@@ -29,8 +29,8 @@ struct Sweeps {
   int below_threshold = 0;  // elements left for a later sweep
 };
 
-/// The cyclic Jacobi method with threshold sweeps, written out from its description with
-/// plain arrays counted from 0: a(p, q) of the description is a[p - 1][q - 1].
+/// The cyclic Jacobi method with threshold sweeps, written out step by step with plain
+/// arrays counted from 0: element (p, q), counted from 1, is a[p - 1][q - 1].
 void transcribed_jacobi(double a[3][3], double d[3], double v[3][3], Sweeps& seen) {
   double b[3], z[3];
   for (int p = 0; p < 3; ++p) {

@@ -20,9 +20,9 @@ namespace {
 
 using Values = std::vector<double>;
 
-/// The downhill simplex written out from its description: the ordering, stopping rule,
-/// reflection, expansion, contraction and shrink exactly as stated there, in plain loops,
-/// sharing nothing with the library's implementation but the penalty function.
+/// The downhill simplex written out step by step: the ordering, stopping rule, reflection,
+/// expansion, contraction and shrink in plain loops, sharing nothing with the library's
+/// implementation but the penalty function.
 class PlainSimplex {
  public:
   explicit PlainSimplex(AnswerCase const& c)
