@@ -100,6 +100,14 @@ TEST(GeometryFunctions, CentroidsAndClosestPoints) {
             "closest_distance(): empty point list");
 }
 
+TEST(GeometryFunctions, LimitFormsKeepListsExactlyAtTheirLimit) {
+  // The early exit needs the running sum to exceed the bound, so identical lists are
+  // within a limit of zero.
+  std::vector<Point> const a{Point(1, 2, 3), Point(-4, 0.5, 2), Point(0, 0, 0)};
+  EXPECT_EQ(rms_distance(a, a, 0.0), 0.0);
+  EXPECT_EQ(weighted_rms_distance(a, a, {1.0, 2.0, 0.5}, 0.0), 0.0);
+}
+
 TEST(GeometryFunctions, RmsFormsAgreeAndTheLimitFormsStopEarly) {
   std::vector<Point> const a{Point(0, 0, 0), Point(1, 0, 0), Point(0, 1, 0), Point(0, 0, 1)};
   std::vector<Point> const b{Point(0, 0, 1), Point(1, 0, 2), Point(0, 1, 0), Point(0, 3, 1)};
