@@ -2,7 +2,7 @@
 // Writes tests/data/graph/searches.txt: what the clique searches and Ullmann's search show
 // their callers (clique lists in order, returned matches, the level-3 log, check_match
 // calls, the candidate matrix left behind) on seeded random graphs and molecule graphs.
-// Run by hand: make_graph_answers DATA_DIR ANSWERS_DIR > tests/data/graph/searches.txt
+// Run by hand: structmath_make_graph_answers DATA_DIR ANSWERS_DIR > tests/data/graph/searches.txt
 #include <cstdio>
 #include <iostream>
 #include <random>
@@ -137,7 +137,7 @@ int main(int argc, char** argv) {
     int const n1 = clique_size(rng), n2 = clique_size(rng);
     Matrix const a = graph_test::random_graph(rng, n1, density(rng));
     Matrix const b = graph_test::random_graph(rng, n2, density(rng));
-    clique_case(out, "cliques-random-" + std::to_string(trial), a, b);
+    clique_case(out, "cliques_random_" + std::to_string(trial), a, b);
   }
   // Ullmann on random pairs, with all or some candidates.
   std::uniform_int_distribution<int> pattern_size(1, 6), extra(-1, 4);
@@ -153,7 +153,7 @@ int main(int argc, char** argv) {
         for (int j = 0; j < nt; ++j) m[i][j] = keep(rng);
       }
     }
-    ullmann_case(out, "ullmann-random-" + std::to_string(trial), p, t, m);
+    ullmann_case(out, "ullmann_random_" + std::to_string(trial), p, t, m);
   }
 
   // Molecule graphs: the bundled samples and the drug-like records.
@@ -164,18 +164,18 @@ int main(int argc, char** argv) {
   Molecule const benzene = one(data + "/benzene.sdf");
   std::vector<Molecule> drugs;
   for (io::Molecule const& m : io::read_sdf(answers + "/io/drugs.sdf")) drugs.push_back(heavy(m));
-  clique_case(out, "cliques-imidazole-caffeine", imidazole.adjacency, caffeine.adjacency);
-  clique_case(out, "cliques-benzene-caffeine", benzene.adjacency, caffeine.adjacency);
-  clique_case(out, "cliques-glycine-choline", drugs[2].adjacency, drugs[4].adjacency);
-  clique_case(out, "cliques-caffeine-theobromine", caffeine.adjacency, theobromine.adjacency);
-  clique_case(out, "cliques-paracetamol-aspirin", drugs[3].adjacency, drugs[0].adjacency);
-  ullmann_case(out, "ullmann-imidazole-caffeine", imidazole.adjacency, caffeine.adjacency,
+  clique_case(out, "cliques_imidazole_caffeine", imidazole.adjacency, caffeine.adjacency);
+  clique_case(out, "cliques_benzene_caffeine", benzene.adjacency, caffeine.adjacency);
+  clique_case(out, "cliques_glycine_choline", drugs[2].adjacency, drugs[4].adjacency);
+  clique_case(out, "cliques_caffeine_theobromine", caffeine.adjacency, theobromine.adjacency);
+  clique_case(out, "cliques_paracetamol_aspirin", drugs[3].adjacency, drugs[0].adjacency);
+  ullmann_case(out, "ullmann_imidazole_caffeine", imidazole.adjacency, caffeine.adjacency,
                element_candidates(imidazole, caffeine));
-  ullmann_case(out, "ullmann-benzene-ibuprofen", benzene.adjacency, drugs[1].adjacency,
+  ullmann_case(out, "ullmann_benzene_ibuprofen", benzene.adjacency, drugs[1].adjacency,
                element_candidates(benzene, drugs[1]));
-  ullmann_case(out, "ullmann-benzene-nicotine", benzene.adjacency, drugs[5].adjacency,
+  ullmann_case(out, "ullmann_benzene_nicotine", benzene.adjacency, drugs[5].adjacency,
                element_candidates(benzene, drugs[5]));
-  ullmann_case(out, "ullmann-paracetamol-ring-aspirin", benzene.adjacency, drugs[0].adjacency,
+  ullmann_case(out, "ullmann_ring_aspirin", benzene.adjacency, drugs[0].adjacency,
                Matrix(benzene.adjacency.nrows(), drugs[0].adjacency.nrows(), true));
   std::cout << out.str();
   return 0;

@@ -45,9 +45,11 @@ using CliqueList = THandle<std::vector<THandle<std::vector<int>>>>;
 /// recorded when it is at least as large as the largest recorded so far; the
 /// cost is exponential in the worst case, O(3^(N/3)) for N = n1 * n2.
 ///
-/// Not reentrant and not thread-safe: the search state (largest size so far,
-/// limits, solution list, current clique) lives at file scope, so only one
-/// search may run at a time in the process.
+/// Each search keeps its own state (largest size so far, limits, solution list,
+/// current clique), so searches on separate threads may run at once (with the
+/// debug log off: it is one stream), and a search may start another. The
+/// searches run on bit rows with a colouring bound, as CliqueSearch documents;
+/// the cliques, their order and the log lines are those of the procedures above.
 class STRUCTMATH_API BronKerbosch {
  public:
   /// The n1*n2 x n1*n2 correspondence graph of two square adjacency matrices.
@@ -81,9 +83,11 @@ class STRUCTMATH_API BronKerbosch {
                                            int max_size);
 
   /// Records a clique of `size` nodes (its first `size` entries) in the
-  /// current search's solution list: a larger size than any so far empties the
-  /// list first, and the clique is kept only while fewer than the search's
-  /// `max_cliques` are listed. Logs at level 3.
+  /// solution list of the search running on this thread: a larger size than any
+  /// so far empties the list first, and the clique is kept only while fewer than
+  /// the search's `max_cliques` are listed. Logs at level 3. Meaningful only
+  /// inside a search (from a callback it makes); outside one it does nothing, and
+  /// lists already returned are their callers' own.
   static void add_solution(std::vector<int> const& clique, int size);
 
   /// The node pairs of a clique, in the clique's order, as a match of graph 1
