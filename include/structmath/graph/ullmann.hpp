@@ -2,11 +2,13 @@
 // Ullmann: subgraph isomorphism by refinement and backtracking.
 #pragma once
 
+#include <memory>
 #include <vector>
 
 #include "structmath/core/handle.hpp"
 #include "structmath/export.hpp"
 #include "structmath/graph/resizable_array_2d.hpp"
+#include "structmath/graph/search_budget.hpp"
 
 namespace structmath {
 
@@ -21,11 +23,18 @@ namespace structmath {
 /// until nothing changes, and the branch fails when a row empties. A complete
 /// assignment is offered to `check_match`; the search stops once `match_limit_`
 /// matches (1 unless a derived class changes it) have been accepted. The cost is
-/// exponential in the worst case; each refinement pass costs
-/// O(sum over candidates of pattern degree x target degree).
+/// exponential in the worst case.
+///
+/// The search runs on bit rows (64 target nodes a word): refinement narrows a
+/// row by the union of the target rows of each neighbour's candidates, word by
+/// word, and tracks empty rows. The refined matrix does not depend on the order
+/// of the removals, so the matches, their order and the log are those of the
+/// entry-by-entry method; with the log off, one refinement before the first
+/// assignment drops columns that could only fail. While `check_match` runs, M
+/// holds the assignment offered (one true per row).
 ///
 /// After a search that reached the limit M holds the accepted assignment (one
-/// true per row); otherwise M is as `create` received it and no column is used.
+/// true per row); otherwise M is as `find` received it and no column is used.
 /// `find` reads the pattern, target and candidates through the shared handles as
 /// they stand when it runs, so edges changed after `create` count; their sizes must
 /// not change. An empty pattern gives false: there is no node to assign.
@@ -34,8 +43,9 @@ class STRUCTMATH_API Ullmann {
   /// Null handles; match limit 1.
   Ullmann();
   virtual ~Ullmann();
-  Ullmann(Ullmann const&) = default;
-  Ullmann& operator=(Ullmann const&) = default;
+  /// Copies the handles, limits and counts; the search state is made afresh by find.
+  Ullmann(Ullmann const& other);
+  Ullmann& operator=(Ullmann const& other);
 
   /// Shares the three matrices (no copies) and resets the search. Throws
   /// std::invalid_argument "Ullmann::create(): null matrix" for an empty handle
@@ -58,10 +68,19 @@ class STRUCTMATH_API Ullmann {
   int nmatches() const noexcept { return nmatches_; }
   int match_limit() const noexcept { return match_limit_; }
 
+  /// Limits the work of later searches (one step per assignment tried); the default
+  /// budget is unlimited, which gives the search as documented.
+  void set_budget(SearchBudget const& budget) noexcept { budget_ = budget; }
+  SearchBudget const& budget() const noexcept { return budget_; }
+  /// False when the last search stopped because its budget ran out: more matches may
+  /// exist than it found.
+  bool completed() const noexcept { return completed_; }
+
  protected:
   /// Assigns pattern node d and recurses; true when the search must stop.
   bool depthfirst(int d);
-  /// Narrows M until stable; true when some pattern node has lost every candidate.
+  /// Narrows the candidates until stable; true when some pattern node has lost every
+  /// candidate. The protected steps work on the search's state during find.
   bool refine();
   /// True when every pattern neighbour of i keeps a candidate joined to target node j.
   bool corresponds(int i, int j);
@@ -82,15 +101,19 @@ class STRUCTMATH_API Ullmann {
   std::vector<bool> used_columns_;
 
  private:
-  // Builds the neighbour lists from the matrices as they are when find runs.
+  struct State;
+  // Builds the search state from the matrices as they are when find runs.
   void read_graphs();
+  // Recomputes the unions of target rows of the rows changed since they were made.
+  void update_reach();
+  // Writes the current assignment into M, for check_match and for the caller.
+  void write_assignment();
 
-  // Neighbour lists taken at find: pattern_neighbours_[i] holds the k with
-  // pattern[i][k], target_sources_[j] the c with target[c][j].
+  // pattern_neighbours_[i] holds the k with pattern[i][k], taken at find.
   std::vector<std::vector<int>> pattern_neighbours_;
-  std::vector<std::vector<int>> target_sources_;
-  // One saved copy of M per depth, reused across the search.
-  std::vector<ResizableArray2D<bool>> saved_;
+  std::unique_ptr<State> state_;
+  SearchBudget budget_;
+  bool completed_ = true;
 };
 
 }  // namespace structmath
