@@ -3,8 +3,9 @@
 #include <algorithm>
 #include <ostream>
 
-#include "structmath/graph/bron_kerbosch.hpp"
+#include "structmath/graph/clique_search.hpp"
 #include "structmath/graph/ullmann.hpp"
+#include "structmath/io/elements.hpp"
 #include "tool.hpp"
 
 namespace structmath::tool {
@@ -78,6 +79,28 @@ void print_pairs(Json const& r, std::ostream& out, std::string const& left,
   }
 }
 
+// The labelled graph of a bond graph: elements as node labels, bond orders as edge labels
+// when asked.
+LabelledGraph labelled(io::Molecule const& m, BondGraph const& g, bool bond_orders) {
+  LabelledGraph out;
+  out.adjacency = g.adjacency;
+  int const n = g.adjacency.nrows();
+  std::vector<int> node_of(m.atoms.size(), -1);
+  for (int i = 0; i < n; ++i) {
+    node_of[static_cast<std::size_t>(g.atoms[static_cast<std::size_t>(i)])] = i;
+    out.node_labels.push_back(io::atomic_number(element(m, g, i)));
+  }
+  if (bond_orders) {
+    out.edge_labels = ResizableArray2D<int>(n, n, 0);
+    for (io::Bond const& bond : m.bonds) {
+      int const i = node_of[static_cast<std::size_t>(bond.first)];
+      int const k = node_of[static_cast<std::size_t>(bond.second)];
+      if (i >= 0 && k >= 0) out.edge_labels[i][k] = out.edge_labels[k][i] = bond.order;
+    }
+  }
+  return out;
+}
+
 }  // namespace
 
 Outcome mcs(Record const& first, Record const& second, std::string const& first_file,
@@ -86,45 +109,33 @@ Outcome mcs(Record const& first, Record const& second, std::string const& first_
   io::Molecule const& m2 = second.molecule;
   BondGraph const g1 = bond_graph(first, args.hydrogens, "mcs");
   BondGraph const g2 = bond_graph(second, args.hydrogens, "mcs");
-  int const n1 = g1.adjacency.nrows();
-  int const n2 = g2.adjacency.nrows();
 
-  // Atoms may only pair with atoms of the same element: other pairs are cut off from
-  // every other pair in the correspondence graph.
-  ResizableArray2D<int> c = BronKerbosch::create_correspondence_graph(g1.adjacency, g2.adjacency);
-  for (int i = 0; i < n1; ++i) {
-    for (int j = 0; j < n2; ++j) {
-      if (element(m1, g1, i) == element(m2, g2, j)) continue;
-      int const p = i * n2 + j;
-      for (int q = 0; q < n1 * n2; ++q) {
-        if (q == p) continue;
-        c.element(p, q) = 0;
-        c.element(q, p) = 0;
-      }
-    }
-  }
-  Subgraph::SubgraphType const type = args.connected ? Subgraph::CONNECTED : Subgraph::DISCONNECTED;
-  CliqueList const cliques = BronKerbosch::find_cliques(c, type, 1, n1 * n2);
+  // Only pairs of atoms of one element enter the correspondence graph.
+  CommonSubgraphOptions options;
+  options.connected = args.connected;
+  options.budget.max_seconds = args.timeout;
+  CommonSubgraph const found = maximum_common_subgraph(labelled(m1, g1, args.bond_orders),
+                                                       labelled(m2, g2, args.bond_orders), options);
   std::vector<std::pair<int, int>> nodes;
-  if (cliques && !cliques->empty()) {
-    auto const match = BronKerbosch::subgraph_match(*cliques->front(), g1.adjacency, g2.adjacency);
-    for (auto const& [a, b] : match->node_pairs()) {
-      if (element(m1, g1, a) != element(m2, g2, b)) continue;  // a lone mismatched pair
-      nodes.emplace_back(a, b);
-    }
-  }
+  if (!found.matches.empty()) nodes = found.matches.front();
   Json result;
   result["first"] = source_fields(first_file, first);
   result["second"] = source_fields(second_file, second);
   result["connected"] = args.connected;
   result["hydrogens"] = args.hydrogens;
+  result["bond_orders"] = args.bond_orders;
   result["size"] = nodes.size();
+  result["proven_maximum"] = found.proven_optimal;
   result["pairs"] = pairs_json(nodes, "first", m1, g1, "second", m2, g2);
   return {result, [](Json const& r, std::ostream& out) {
             out << "maximum common " << (r["connected"].get<bool>() ? "connected " : "")
                 << "substructure of " << r["first"]["file"].get<std::string>() << " and "
                 << r["second"]["file"].get<std::string>() << ": " << r["size"].get<int>()
-                << " atoms" << (r["hydrogens"].get<bool>() ? "" : " (hydrogens left out)") << '\n';
+                << " atoms" << (r["hydrogens"].get<bool>() ? "" : " (hydrogens left out)")
+                << (r["bond_orders"].get<bool>() ? ", bond orders matched" : "") << '\n';
+            if (!r["proven_maximum"].get<bool>()) {
+              out << "not proven maximum: the time limit ran out; this is the best found\n";
+            }
             print_pairs(r, out, "first", "second");
           }};
 }

@@ -252,9 +252,9 @@ int run(int argc, char** argv) {
       "Maximum common substructure of two molecules: the largest common induced subgraph of "
       "their bond graphs (a set of atoms of each, paired one to one, such that two atoms are "
       "bonded in one molecule exactly when their partners are bonded in the other), atoms "
-      "paired only with atoms of the same element, bond orders ignored, hydrogens left out "
-      "unless asked. The common part may fall apart into pieces; --connected asks for one "
-      "connected piece.");
+      "paired only with atoms of the same element, bond orders ignored (unless "
+      "--bond-orders), hydrogens left out unless asked. The common part may fall apart into "
+      "pieces; --connected asks for one connected piece.");
   s->add_option("A", mcs_a, "Molfile or SD file; default: bundled caffeine");
   s->add_option("B", mcs_b, "Molfile or SD file; default: bundled theobromine");
   add_format(s, mcs_format);
@@ -262,6 +262,13 @@ int run(int argc, char** argv) {
   add_record(s, "--record-b", mcs_record_b, "Record of B, from 1");
   s->add_flag("--connected", mcs_args.connected, "Only a connected common substructure");
   s->add_flag("--hydrogens", mcs_args.hydrogens, "Include hydrogen atoms");
+  s->add_flag("--bond-orders", mcs_args.bond_orders,
+              "Pair bonds only with bonds of the same order (aromatic apart)");
+  s->add_option("--timeout", mcs_args.timeout,
+                "Seconds of search; when they run out the best match found is printed, marked "
+                "\"not proven maximum\"")
+      ->capture_default_str()
+      ->check(CLI::Range(0.0, 1e6));
   on_run(s, [&] {
     MoleculeInput const a = input_or(mcs_a, mcs_format, mcs_record_a, "caffeine.sdf");
     MoleculeInput const b = input_or(mcs_b, mcs_format, mcs_record_b, "theobromine.sdf");

@@ -160,6 +160,8 @@ Outcome contour(ContourArgs const& args);
 struct McsArgs {
   bool connected = false;
   bool hydrogens = false;
+  bool bond_orders = false;
+  double timeout = 10.0;  ///< seconds of search before the best match so far is reported
 };
 Outcome mcs(Record const& first, Record const& second, std::string const& first_file,
             std::string const& second_file, McsArgs const& args);

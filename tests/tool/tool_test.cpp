@@ -484,6 +484,28 @@ TEST(Tool, CommonSubstructureAndSubstructureSearch) {
   EXPECT_NE(text.out.find("no embedding"), std::string::npos);
 }
 
+TEST(Tool, McsReportsAnUnprovenMatchWhenTimeRunsOutAndCanMatchBondOrders) {
+  ToolRun const rushed = tool("mcs --timeout 0");
+  EXPECT_EQ(rushed.status, 0) << rushed.err;
+  EXPECT_NE(rushed.out.find("not proven maximum"), std::string::npos) << rushed.out;
+  EXPECT_FALSE(tool_json("mcs --timeout 0")["proven_maximum"].get<bool>());
+  EXPECT_TRUE(tool_json("mcs")["proven_maximum"].get<bool>());
+  // Ethene and ethane: two carbons each, joined by a double and by a single bond.
+  auto const ethane_like = [](int order) {
+    return "x\n  t\n\n  2  1  0  0  0  0  0  0  0  0999 V2000\n"
+           "    0.0000    0.0000    0.0000 C   0  0  0  0  0  0  0  0  0  0  0  0\n"
+           "    1.3000    0.0000    0.0000 C   0  0  0  0  0  0  0  0  0  0  0  0\n"
+           "  1  2  " +
+           std::to_string(order) + "  0\nM  END\n";
+  };
+  ScratchFile ethene(".mol"), ethane(".mol");
+  std::ofstream(ethene.path()) << ethane_like(2);
+  std::ofstream(ethane.path()) << ethane_like(1);
+  EXPECT_EQ(tool_json("mcs " + ethene.path() + " " + ethane.path())["size"], 2);
+  EXPECT_EQ(tool_json("mcs --bond-orders " + ethene.path() + " " + ethane.path())["size"], 1);
+  expect_one_line_error(tool("mcs --timeout -1"), 2, "--timeout");
+}
+
 TEST(Tool, TourRunsEverySubcommand) {
   ToolRun const run = tool("tour");
   EXPECT_EQ(run.status, 0) << run.err;
