@@ -37,16 +37,13 @@ bool ends_with(std::string const& text, std::string const& suffix) {
 void write_obj(std::ostream& out, Surface const& surface) {
   out << "# " << surface.node_count() << " vertices, " << surface.triangle_count()
       << " triangles\n";
-  for (auto const& node : surface.nodes()) {
-    Point const& p = node->position();
+  for (Point const& p : surface.positions()) {
     out << "v " << p.x() << ' ' << p.y() << ' ' << p.z() << '\n';
   }
-  for (auto const& node : surface.nodes()) {
-    Vector3D const& n = node->normal();
+  for (Vector3D const& n : surface.normals()) {
     out << "vn " << n.x() << ' ' << n.y() << ' ' << n.z() << '\n';
   }
-  for (int t = 0; t < surface.triangle_count(); ++t) {
-    auto const idx = surface.triangle_nodes(t);
+  for (auto const& idx : surface.triangle_indices()) {
     out << 'f';
     for (int i : idx) out << ' ' << i + 1 << "//" << i + 1;
     out << '\n';
@@ -62,9 +59,9 @@ void write_ply(std::ostream& out, Surface const& surface, PlyFormat format) {
       << "property float nx\nproperty float ny\nproperty float nz\n"
       << "element face " << surface.triangle_count() << '\n'
       << "property list uchar int vertex_indices\nend_header\n";
-  for (auto const& node : surface.nodes()) {
-    Point const& p = node->position();
-    Vector3D const& n = node->normal();
+  for (std::size_t node = 0; node < surface.positions().size(); ++node) {
+    Point const& p = surface.positions()[node];
+    Vector3D const& n = surface.normals()[node];
     double const values[6] = {p.x(), p.y(), p.z(), n.x(), n.y(), n.z()};
     if (binary) {
       for (double v : values) put_float(out, v);
@@ -73,8 +70,7 @@ void write_ply(std::ostream& out, Surface const& surface, PlyFormat format) {
       out << '\n';
     }
   }
-  for (int t = 0; t < surface.triangle_count(); ++t) {
-    auto const idx = surface.triangle_nodes(t);
+  for (auto const& idx : surface.triangle_indices()) {
     if (binary) {
       out.put(3);
       for (int i : idx) put_le32(out, static_cast<std::uint32_t>(i));

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-// Surface: a triangulated surface of shared nodes, edges and triangles.
+// Surface: a triangulated surface of shared nodes, edges and triangles, stored in pools.
 #pragma once
 
 #include <array>
@@ -15,69 +15,88 @@
 
 namespace structmath {
 
+class Surface;
+
 /// A surface vertex: a position and a normal that is accumulated from the triangles
 /// around it. A node belongs to at most one surface, which gives it its index.
+///
+/// A node made by the caller holds its own position and normal until a surface adopts
+/// it; a node in a surface is a view of the surface's arrays (the handles a surface
+/// hands out are such views). When its surface removes it or is destroyed, a node keeps
+/// a copy of its position and normal and its index becomes -1.
 class STRUCTMATH_API SurfaceNode {
  public:
   /// A node at a position, with a zero normal and no index yet.
   explicit SurfaceNode(Point const& position) noexcept : position_(position) {}
+  SurfaceNode(SurfaceNode const&) = delete;
+  SurfaceNode& operator=(SurfaceNode const&) = delete;
 
-  Point const& position() const noexcept { return position_; }
-  void set_position(Point const& position) noexcept { position_ = position; }
+  Point position() const noexcept;
+  void set_position(Point const& position) noexcept;
   /// The accumulated normal: unit length after Surface::update_node_normals(), zero for
   /// a node on no triangle.
-  Vector3D const& normal() const noexcept { return normal_; }
-  void set_normal(Vector3D const& normal) noexcept { normal_ = normal; }
-  void add_to_normal(Vector3D const& contribution) noexcept { normal_ += contribution; }
-  /// The position in its surface's node list, counting from 0; -1 before it is added.
+  Vector3D normal() const noexcept;
+  void set_normal(Vector3D const& normal) noexcept;
+  void add_to_normal(Vector3D const& contribution) noexcept;
+  /// The position in its surface's node list, counting from 0; -1 when in none.
   int index() const noexcept { return index_; }
 
  private:
   friend class Surface;
+  SurfaceNode(Surface* surface, int index) noexcept : surface_(surface), index_(index) {}
+  Surface* surface_ = nullptr;
+  int index_ = -1;
   Point position_;
   Vector3D normal_{0.0, 0.0, 0.0};
-  int index_ = -1;
 };
 
 /// An undirected side shared by the triangles of a surface, kept as the pair of nodes
-/// in the order given.
+/// in the order given. In a surface it is a view of the surface's arrays, as nodes are.
 class STRUCTMATH_API SurfaceEdge {
  public:
   SurfaceEdge(THandle<SurfaceNode> first, THandle<SurfaceNode> second) noexcept
       : first_(std::move(first)), second_(std::move(second)) {}
+  SurfaceEdge(SurfaceEdge const&) = delete;
+  SurfaceEdge& operator=(SurfaceEdge const&) = delete;
 
-  THandle<SurfaceNode> const& first() const noexcept { return first_; }
-  THandle<SurfaceNode> const& second() const noexcept { return second_; }
+  THandle<SurfaceNode> first() const;
+  THandle<SurfaceNode> second() const;
   double length() const;
 
  private:
-  THandle<SurfaceNode> first_;
+  friend class Surface;
+  SurfaceEdge(Surface* surface, int index) noexcept : surface_(surface), index_(index) {}
+  Surface* surface_ = nullptr;
+  int index_ = -1;
+  THandle<SurfaceNode> first_;  // while in no surface
   THandle<SurfaceNode> second_;
 };
 
 /// A triangle of three nodes. Its winding (the node order) fixes its front side by the
-/// right-hand rule.
+/// right-hand rule. In a surface it is a view of the surface's arrays, as nodes are.
 class STRUCTMATH_API SurfaceTriangle {
  public:
   SurfaceTriangle(THandle<SurfaceNode> a, THandle<SurfaceNode> b, THandle<SurfaceNode> c) noexcept
       : nodes_{std::move(a), std::move(b), std::move(c)} {}
+  SurfaceTriangle(SurfaceTriangle const&) = delete;
+  SurfaceTriangle& operator=(SurfaceTriangle const&) = delete;
 
   /// Node n = 0, 1, 2 in winding order; unchecked.
-  THandle<SurfaceNode> const& node(int n) const noexcept {
-    return nodes_[static_cast<std::size_t>(n)];
-  }
+  THandle<SurfaceNode> node(int n) const;
   /// (b - a) x (c - a): along the front normal, with length twice the area.
   Vector3D area_vector() const;
   double area() const;
   /// Whether two corners are the same node.
-  bool has_repeated_node() const noexcept {
-    return nodes_[0] == nodes_[1] || nodes_[1] == nodes_[2] || nodes_[0] == nodes_[2];
-  }
+  bool has_repeated_node() const noexcept;
   /// Reverses the winding (swaps the second and third nodes).
-  void flip() noexcept { std::swap(nodes_[1], nodes_[2]); }
+  void flip() noexcept;
 
  private:
-  std::array<THandle<SurfaceNode>, 3> nodes_;
+  friend class Surface;
+  SurfaceTriangle(Surface* surface, int index) noexcept : surface_(surface), index_(index) {}
+  Surface* surface_ = nullptr;
+  int index_ = -1;
+  std::array<THandle<SurfaceNode>, 3> nodes_;  // while in no surface
 };
 
 /// What a surface's triangles make of it, counted over the triangles without a repeated
@@ -103,37 +122,70 @@ struct STRUCTMATH_API SurfaceTopology {
 
 /// A triangulated surface: lists of nodes, edges and triangles in the order added.
 ///
-/// Triangles and edges refer to nodes by handle; a node's index() is its place in the
-/// node list. The surface is built by appending; its tidying operations (removals,
-/// orientation, normals) work in place and keep the relative order of what remains.
+/// Storage is pooled: node positions and normals, triangle corners and edge ends are
+/// contiguous arrays indexed from 0 (positions() is an n x 3 block of doubles, as a Point
+/// is three), built with the index forms of add_node, add_triangle and add_edge without
+/// one allocation per element. The handle forms keep working as views of these arrays:
+/// node(i), edge(i), triangle(i) and nodes(), edges(), triangles() make a handle for an
+/// element on first asking and give the same handle afterwards, and changes through a
+/// handle (a flip, a new position) change the surface. Removals and the surface's
+/// destruction detach the handles of the elements concerned (they keep their data, with
+/// index -1). The tidying operations work in place and keep the relative order of what
+/// remains. A surface is neither copied nor moved: its handles point at it.
 class STRUCTMATH_API Surface {
  public:
   Surface() = default;
   Surface(Surface const&) = delete;
   Surface& operator=(Surface const&) = delete;
+  ~Surface();
 
-  /// Appends a node and gives it the next index (counting from 0), which it returns.
-  /// Throws std::invalid_argument("Surface::add_node(): node is empty or already in a
-  /// surface") for an empty handle or a node that already has an index.
+  /// Room for this many elements without reallocation.
+  void reserve(int nodes, int triangles, int edges);
+
+  /// Appends a node at a position; returns its index.
+  int add_node(Point const& position);
+  /// Adopts a node made by the caller: its position and normal join the arrays, and the
+  /// handle becomes this surface's view of it with the next index (counting from 0),
+  /// which is returned. Throws std::invalid_argument("Surface::add_node(): node is empty
+  /// or already in a surface") for an empty handle or a node that already has an index.
   int add_node(THandle<SurfaceNode> node);
-  /// Appends a triangle; returns its index.
+  /// Appends the triangle of nodes a, b, c (winding order); returns its index. Throws
+  /// std::out_of_range("Surface::add_triangle(int, int, int): node index out of range").
+  int add_triangle(int a, int b, int c);
+  /// Adopts a triangle made by the caller from nodes of this surface; returns its index.
+  /// Throws std::invalid_argument("Surface::add_triangle(): triangle is empty or already
+  /// in a surface") and, when a corner is not a node of this surface,
+  /// std::logic_error("Surface: a triangle or edge refers to a node of another surface").
   int add_triangle(THandle<SurfaceTriangle> triangle);
-  /// Appends an edge; returns its index.
+  /// Appends the edge from node a to node b; returns its index. Throws
+  /// std::out_of_range("Surface::add_edge(int, int): node index out of range").
+  int add_edge(int a, int b);
+  /// Adopts an edge as add_triangle adopts a triangle ("Surface::add_edge(): edge is
+  /// empty or already in a surface").
   int add_edge(THandle<SurfaceEdge> edge);
 
-  int node_count() const noexcept { return static_cast<int>(nodes_.size()); }
-  int edge_count() const noexcept { return static_cast<int>(edges_.size()); }
-  int triangle_count() const noexcept { return static_cast<int>(triangles_.size()); }
+  int node_count() const noexcept { return static_cast<int>(positions_.size()); }
+  int edge_count() const noexcept { return static_cast<int>(sides_.size()); }
+  int triangle_count() const noexcept { return static_cast<int>(corners_.size()); }
 
-  /// The element of an index. Throw std::out_of_range("Surface::node(int): index out of
-  /// range"), and likewise for edge and triangle.
-  THandle<SurfaceNode> const& node(int index) const;
-  THandle<SurfaceEdge> const& edge(int index) const;
-  THandle<SurfaceTriangle> const& triangle(int index) const;
+  /// The handle of an element. Throw std::out_of_range("Surface::node(int): index out
+  /// of range"), and likewise for edge and triangle.
+  THandle<SurfaceNode> node(int index) const;
+  THandle<SurfaceEdge> edge(int index) const;
+  THandle<SurfaceTriangle> triangle(int index) const;
 
-  std::vector<THandle<SurfaceNode>> const& nodes() const noexcept { return nodes_; }
-  std::vector<THandle<SurfaceEdge>> const& edges() const noexcept { return edges_; }
-  std::vector<THandle<SurfaceTriangle>> const& triangles() const noexcept { return triangles_; }
+  /// Handles of every element, in order (each made on first asking).
+  std::vector<THandle<SurfaceNode>> nodes() const;
+  std::vector<THandle<SurfaceEdge>> edges() const;
+  std::vector<THandle<SurfaceTriangle>> triangles() const;
+
+  /// The arrays themselves: node positions and normals, triangle corners in winding
+  /// order, edge ends as added.
+  std::vector<Point> const& positions() const noexcept { return positions_; }
+  /// The node normals (zero until set or computed).
+  std::vector<Vector3D> const& normals() const;
+  std::vector<std::array<int, 3>> const& triangle_indices() const noexcept { return corners_; }
+  std::vector<std::array<int, 2>> const& edge_indices() const noexcept { return sides_; }
 
   /// The node indices of triangle t in winding order.
   std::array<int, 3> triangle_nodes(int t) const;
@@ -178,9 +230,27 @@ class STRUCTMATH_API Surface {
   SurfaceTopology topology() const;
 
  private:
-  std::vector<THandle<SurfaceNode>> nodes_;
-  std::vector<THandle<SurfaceEdge>> edges_;
-  std::vector<THandle<SurfaceTriangle>> triangles_;
+  friend class SurfaceNode;
+  friend class SurfaceEdge;
+  friend class SurfaceTriangle;
+
+  int checked_node(SurfaceNode const& node) const;
+  void detach_node(int index);
+  void detach_triangle(int index);
+  void detach_edge(int index);
+
+  // The normals of nodes beyond the end of normals_ are zero: a new surface writes none.
+  Vector3D& normal_of(int index);
+  Vector3D normal_at(int index) const noexcept;
+
+  std::vector<Point> positions_;
+  mutable std::vector<Vector3D> normals_;
+  std::vector<std::array<int, 3>> corners_;
+  std::vector<std::array<int, 2>> sides_;
+  // Handles handed out so far, by index (empty where none was asked for).
+  mutable std::vector<THandle<SurfaceNode>> node_views_;
+  mutable std::vector<THandle<SurfaceEdge>> edge_views_;
+  mutable std::vector<THandle<SurfaceTriangle>> triangle_views_;
 };
 
 }  // namespace structmath
