@@ -60,11 +60,6 @@ void RegularGrid::update_extra_attributes() {
 
 Point RegularGrid::far_corner() const { return origin_ + plus_x_ + plus_y_ + plus_z_; }
 
-Point RegularGrid::location(int i, int j, int k) const {
-  return origin_ + ((static_cast<double>(i) * step_x_ + static_cast<double>(j) * step_y_) +
-                    static_cast<double>(k) * step_z_);
-}
-
 Point RegularGrid::local_space(Point const& p) const {
   Vector3D const d = p - origin_;
   // Every divisor uses plus_x_length_: see the header.

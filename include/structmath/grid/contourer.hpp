@@ -43,11 +43,16 @@ class STRUCTMATH_API Contourer {
 /// order with no regard to which side is above the level: Surface::orient_triangles
 /// makes the winding consistent. Degenerate triangles (from nodes on the level) are kept.
 ///
-/// Cost: linear in the number of nodes plus the size of the surface, with O(1) hashed
-/// lookups per vertex and edge and one heap object per surface node, edge and triangle.
-/// Each node value is read once: a NormalGrid's array in place, any other grid into a
-/// copy of one double per node. The cube variant also makes the diagonal vertices but
-/// does not use them: Surface::remove_unused_nodes drops them.
+/// Cost: one pass classifying every node (clearly above, clearly below, below) into bit
+/// rows, then work only where the surface is: whole words of nodes whose neighbours share
+/// their side and of cells whose corners do are passed over at once. The passes run slab
+/// by slab (phase 1 for slab i, then phase 2 for the cells below it), which keeps the
+/// vertex lookup to two dense slabs; the order of nodes, triangles and edges is that of
+/// the two passes above. The surface is built in its arrays, with no allocation per
+/// element. Each node value is read in place for a NormalGrid (any other grid into a
+/// copy of one double per node) and node positions are computed inline for the
+/// library's own grids. The cube variant also makes the diagonal vertices but does not
+/// use them: Surface::remove_unused_nodes drops them.
 class STRUCTMATH_API MarchingContourer : public Contourer {
  public:
   /// With no grid yet: surface() then fails on the empty handle.

@@ -24,7 +24,10 @@ class STRUCTMATH_API RegularGrid : public Grid {
   int y_steps() const override { return ny_; }
   int z_steps() const override { return nz_; }
   /// origin + ((i * step_x + j * step_y) + k * step_z).
-  Point location(int i, int j, int k) const override;
+  Point location(int i, int j, int k) const override {
+    return origin_ + ((static_cast<double>(i) * step_x_ + static_cast<double>(j) * step_y_) +
+                      static_cast<double>(k) * step_z_);
+  }
   /// u = (d . plus_x) / (|plus_x| |step_x|), v = (d . plus_y) / (|plus_x| |step_y|),
   /// w = (d . plus_z) / (|plus_x| |step_z|) with d = p - origin. Every divisor uses
   /// |plus_x|, so u, v, w are node indices only when the edges have equal lengths (kept:
