@@ -4,7 +4,10 @@
 
 #include <cmath>
 #include <cstdint>
+#include <cstdlib>
+#include <fstream>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "structmath/grid/contourer.hpp"
@@ -48,11 +51,34 @@ structmath::THandle<NormalGrid> gyroid(int n) {
   });
 }
 
+/// Writes the grid's values as a NumPy .npy file of float64, shape (nx, ny, nz), C order
+/// (k fastest, as the grid stores them): the same grid for a peer in another language.
+void write_npy(std::string const& path, NormalGrid const& grid) {
+  std::ofstream out(path, std::ios::binary);
+  std::string header = "{'descr': '<f8', 'fortran_order': False, 'shape': (" +
+                       std::to_string(grid.x_steps()) + ", " + std::to_string(grid.y_steps()) +
+                       ", " + std::to_string(grid.z_steps()) + "), }";
+  header.append(64 - (10 + header.size() + 1) % 64, ' ');
+  header += '\n';
+  out << "\x93NUMPY" << '\x01' << '\x00';
+  auto const length = static_cast<std::uint16_t>(header.size());
+  out.put(static_cast<char>(length & 0xff)).put(static_cast<char>(length >> 8));
+  out << header;
+  out.write(reinterpret_cast<char const*>(grid.values().data()),
+            static_cast<std::streamsize>(grid.values().size() * sizeof(double)));
+}
+
 template <class MakeGrid>
-void contour(benchmark::State& state, MakeGrid make_grid, double level) {
+void contour(benchmark::State& state, MakeGrid make_grid, double level, char const* name) {
   int const n = static_cast<int>(state.range(0));
   bool const tetrahedra = state.range(1) != 0;
-  MarchingContourer const contourer(make_grid(n), tetrahedra);
+  auto const grid = make_grid(n);
+  // With STRUCTMATH_BENCH_GRIDS set, the grids are written there for
+  // bench/contour_vs_skimage.py.
+  if (char const* dir = std::getenv("STRUCTMATH_BENCH_GRIDS")) {
+    write_npy(std::string(dir) + "/" + name + "_" + std::to_string(n) + ".npy", *grid);
+  }
+  MarchingContourer const contourer(grid, tetrahedra);
   int triangles = 0;
   for (auto _ : state) {
     auto surface = contourer.surface(level);
@@ -68,8 +94,8 @@ void contour(benchmark::State& state, MakeGrid make_grid, double level) {
   state.SetLabel(tetrahedra ? "tetrahedra" : "cubes");
 }
 
-void BM_ContourSphere(benchmark::State& state) { contour(state, sphere, 1.0); }
-void BM_ContourGyroid(benchmark::State& state) { contour(state, gyroid, 0.0); }
+void BM_ContourSphere(benchmark::State& state) { contour(state, sphere, 1.0, "sphere"); }
+void BM_ContourGyroid(benchmark::State& state) { contour(state, gyroid, 0.0, "gyroid"); }
 
 BENCHMARK(BM_ContourSphere)->ArgsProduct({{32, 64, 128}, {0, 1}})->Unit(benchmark::kMillisecond);
 BENCHMARK(BM_ContourGyroid)->ArgsProduct({{32, 64, 128}, {0, 1}})->Unit(benchmark::kMillisecond);
