@@ -10,8 +10,8 @@
 #include <vector>
 
 #include "structmath/core/text_conversion.hpp"
-#include "structmath/grid/marching_cubes_tables.hpp"
 #include "structmath/grid/calculated_grid.hpp"
+#include "structmath/grid/marching_cubes_tables.hpp"
 #include "structmath/grid/normal_grid.hpp"
 #include "structmath/grid/regular_grid.hpp"
 
@@ -175,10 +175,14 @@ class NodeClasses {
   using Word = std::uint64_t;
 
   NodeClasses(NodeValues const& value, double level, int nx, int ny, int nz)
-      : ny_(ny), nz_(nz), words_((nz + 63) / 64),
+      : ny_(ny),
+        nz_(nz),
+        words_((nz + 63) / 64),
         size_(static_cast<std::size_t>(nx) * static_cast<std::size_t>(ny) *
               static_cast<std::size_t>(words_)),
-        above_(size_, 0), below_far_(size_, 0), below_(size_, 0) {
+        above_(size_, 0),
+        below_far_(size_, 0),
+        below_(size_, 0) {
     for (int i = 0; i < nx; ++i) {
       for (int j = 0; j < ny; ++j) {
         std::size_t const first = value.index(i, j, 0);
