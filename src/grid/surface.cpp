@@ -153,7 +153,8 @@ int Surface::checked_node(SurfaceNode const& node) const {
 
 int Surface::add_triangle(THandle<SurfaceTriangle> triangle) {
   if (!triangle || triangle->surface_ != nullptr)
-    throw std::invalid_argument("Surface::add_triangle(): triangle is empty or already in a surface");
+    throw std::invalid_argument(
+        "Surface::add_triangle(): triangle is empty or already in a surface");
   std::array<int, 3> corner{};
   for (std::size_t c = 0; c < 3; ++c) corner[c] = checked_node(*triangle->nodes_[c]);
   int const index = add_triangle(corner[0], corner[1], corner[2]);
@@ -343,8 +344,9 @@ int find_root(std::vector<int>& parent, int x) {
 double Surface::area() const {
   double sum = 0.0;
   for (auto const& c : corners_) {
-    sum += 0.5 * area_vector_of(positions_[at(c[0])], positions_[at(c[1])], positions_[at(c[2])])
-                     .length();
+    sum +=
+        0.5 *
+        area_vector_of(positions_[at(c[0])], positions_[at(c[1])], positions_[at(c[2])]).length();
   }
   return sum;
 }
