@@ -55,6 +55,15 @@ int decimal_exponent(double x) {
   if (x == 0.0 || !std::isfinite(x)) return 0;  // no decimal exponent; callers avoid these
   auto exponent = static_cast<int>(std::floor(std::log10(x)));
   double const scaled = scale_by_power_of_ten(x, -exponent);
+  // Near a power of ten the binary scaling cannot tell the sides apart (1e72 is
+  // stored as 9.99...e71 and scales to exactly 1): take the exponent printf gives
+  // to 41 significant digits instead, which is exact for every double that lies
+  // next to a power of ten (checked over all of them in the tests).
+  if (std::fabs(scaled - 1.0) < 1e-9 || std::fabs(scaled - 10.0) < 1e-8 ||
+      std::fabs(scaled - 0.1) < 1e-10) {
+    std::string const text = exponent_printf(x, 40);
+    return std::atoi(text.c_str() + text.find('e') + 1);
+  }
   if (scaled >= 10.0) ++exponent;
   if (scaled < 1.0) --exponent;
   return exponent;

@@ -3,11 +3,11 @@
 #include "structmath/statistics/uncertain_value.hpp"
 
 #include <algorithm>
-#include <charconv>
 #include <cmath>
+#include <cstdlib>
+#include <limits>
 #include <ostream>
 #include <stdexcept>
-#include <system_error>
 
 #include "decimal_text.hpp"
 #include "structmath/core/text_conversion.hpp"
@@ -19,12 +19,41 @@ namespace {
 bool is_blank(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 bool is_digit(char c) { return c >= '0' && c <= '9'; }
 
-// Converts text already checked against the grammar; false when out of range.
-bool to_double(std::string const& text, double& value) {
-  char const* first = text.data();
-  char const* const last = text.data() + text.size();
-  auto const [end, error] = std::from_chars(first, last, value);
-  return error == std::errc() && end == last && std::isfinite(value);
+// Digits with an exponent and no decimal point, so strtod does not depend on the
+// locale. Unlike from_chars it rounds what underflows to the nearest subnormal
+// or zero instead of failing.
+bool convert(std::string const& text, double& value) {
+  char* end = nullptr;
+  value = std::strtod(text.c_str(), &end);
+  return end == text.c_str() + text.size() && std::isfinite(value);
+}
+
+// digits - 1, for decimal digits that are not all zero.
+std::string less_one(std::string digits) {
+  std::size_t i = digits.size() - 1;
+  while (digits[i] == '0') digits[i--] = '9';
+  --digits[i];
+  return digits;
+}
+
+// The double for digits x 10^scale, the digits checked against the grammar; false
+// when out of range. Printing the largest double rounded to its uncertainty can
+// round it up past itself (1.797...e308(2) to "1.80e308(2)"), so a rounded text
+// whose last digit's interval still reaches into range stands for the largest
+// double.
+bool to_double(std::string const& digits, long scale, bool rounded, double& value) {
+  std::size_t const first_significant = digits.find_first_not_of('0');
+  if (convert(digits + "e" + std::to_string(scale), value)) {
+    // Lost entirely below the smallest subnormal.
+    return value != 0.0 || first_significant == std::string::npos;
+  }
+  if (!rounded || first_significant == std::string::npos) return false;
+  // The interval's lower end, (digits - 1/2) x 10^scale, written as
+  // ((digits - 1) x 10 + 5) x 10^(scale - 1).
+  double lower = 0.0;
+  if (!convert(less_one(digits) + "5e" + std::to_string(scale - 1), lower)) return false;
+  value = std::numeric_limits<double>::max();
+  return true;
 }
 
 // Exponents beyond this are out of the range of double whatever the mantissa.
@@ -52,7 +81,7 @@ UncertainValue UncertainValue::parse(std::string const& text) {
 
   bool negative = false;
   if (i < end && (text[i] == '+' || text[i] == '-')) negative = text[i++] == '-';
-  std::string mantissa;  // digits only, the decimal point kept in place
+  std::string mantissa;  // the digits without the decimal point
   std::size_t mantissa_digits = 0;
   std::size_t fraction_digits = 0;
   while (i < end && is_digit(text[i])) {
@@ -60,7 +89,7 @@ UncertainValue UncertainValue::parse(std::string const& text) {
     ++mantissa_digits;
   }
   if (i < end && text[i] == '.') {
-    mantissa += text[i++];
+    ++i;
     while (i < end && is_digit(text[i])) {
       mantissa += text[i++];
       ++mantissa_digits;
@@ -91,15 +120,13 @@ UncertainValue UncertainValue::parse(std::string const& text) {
   }
   if (i != end) return fail();
 
-  std::string const exponent_text = "e" + std::to_string(exponent);
+  // Both numbers count in units of the mantissa's last digit.
+  long const scale = exponent - static_cast<long>(fraction_digits);
+  bool const rounded = !uncertainty_digits.empty();
   double value = 0.0;
-  if (!to_double(mantissa + exponent_text, value)) return fail();
+  if (!to_double(mantissa, scale, rounded, value)) return fail();
   double uncertainty = 0.0;
-  if (!uncertainty_digits.empty()) {
-    // The digits count in units of the mantissa's last digit.
-    long const scale = exponent - static_cast<long>(fraction_digits);
-    if (!to_double(uncertainty_digits + "e" + std::to_string(scale), uncertainty)) return fail();
-  }
+  if (rounded && !to_double(uncertainty_digits, scale, rounded, uncertainty)) return fail();
   return UncertainValue(negative ? -value : value, uncertainty);
 }
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <cstdlib>
 #include <limits>
 #include <random>
 #include <stdexcept>
@@ -76,6 +77,49 @@ TEST(UncertainValue, PrintedTextReadsBackToTheRoundedNumbers) {
     EXPECT_NEAR(back.standard_uncertainty(), v.uncertainty().rounded(), 1e-12 * step) << text;
     EXPECT_EQ(back.to_string(), text);
   }
+}
+
+// Printing, reading and printing again must give the same text at the edges of
+// the decimal and binary ranges: doubles next to every power of ten (1e72 is
+// stored below it, and its decimal exponent is 71), subnormals, and the largest
+// double, which rounded to a few digits prints above itself.
+TEST(UncertainValue, TextIsStableAtTheEdgesOfTheRange) {
+  auto stable = [](double value, double uncertainty) {
+    std::string const text = UncertainValue(value, uncertainty).to_string();
+    return ::testing::AssertionResult(UncertainValue::parse(text).to_string() == text)
+           << text << " reads back as " << UncertainValue::parse(text).to_string();
+  };
+  double const inf = std::numeric_limits<double>::infinity();
+  for (int k = -323; k <= 308; ++k) {
+    double const power = std::strtod(("1e" + std::to_string(k)).c_str(), nullptr);
+    for (double const x : {power, std::nextafter(power, 0.0), std::nextafter(power, inf)}) {
+      for (int s = -60; s <= 4; s += 2) {
+        double const u = std::ldexp(x, s);
+        if (std::isinf(u)) continue;
+        EXPECT_TRUE(stable(x, u));
+        EXPECT_TRUE(stable(-x, u));
+      }
+    }
+  }
+  double const largest = std::numeric_limits<double>::max();
+  for (int s = -55; s <= 0; ++s) {
+    EXPECT_TRUE(stable(largest, std::ldexp(largest, s)));
+    EXPECT_TRUE(stable(-largest, std::ldexp(largest, s)));
+    EXPECT_TRUE(stable(std::ldexp(1.0, s), std::nextafter(largest, 0.0)));
+  }
+  double const tiny = std::numeric_limits<double>::denorm_min();
+  EXPECT_TRUE(stable(tiny, tiny));
+  EXPECT_TRUE(stable(-3 * tiny, 7 * tiny));
+  EXPECT_TRUE(stable(0.0, tiny));
+  for (int m = 1; m < 200; m += 3) EXPECT_TRUE(stable(m * tiny, m * tiny));
+
+  // From the fuzzer: 1e72 with an uncertainty in its 27th digit.
+  EXPECT_EQ(UncertainValue(1e72, 3e45).to_string(), "9.99999999999999943801810949e71(3)");
+  // A rounded text above the largest double stands for it; a bare number does not.
+  EXPECT_EQ(UncertainValue::parse("1.80e308(2)").value(), largest);
+  EXPECT_EQ(UncertainValue::parse("0e307(18)").standard_uncertainty(), largest);
+  EXPECT_THROW(UncertainValue::parse("1.80e308"), std::invalid_argument);
+  EXPECT_THROW(UncertainValue::parse("1.9e308(2)"), std::invalid_argument);
 }
 
 TEST(UncertainValue, MalformedTextIsRejectedQuotingIt) {

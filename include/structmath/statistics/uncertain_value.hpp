@@ -48,7 +48,10 @@ class STRUCTMATH_API UncertainValue {
 
   /// Reads the text form above. Throws std::invalid_argument
   /// "UncertainValue::parse(): cannot convert 'text' to a value with uncertainty"
-  /// for malformed text or numbers out of the range of double.
+  /// for malformed text or numbers out of the range of double. What print() writes
+  /// reads back to a value and uncertainty that print the same text, for every
+  /// finite double; a rounded text just above the largest double (the largest
+  /// double printed to a few digits, "1.80e308(2)") stands for the largest double.
   static UncertainValue parse(std::string const& text);
 
   double value() const noexcept { return value_; }
