@@ -7,6 +7,7 @@
 #include <iomanip>
 #include <ostream>
 #include <stdexcept>
+#include <vector>
 
 #include "line_reader.hpp"
 
@@ -15,6 +16,10 @@ namespace structmath::io {
 namespace {
 
 using detail::LineReader;
+
+// Counts are read wide and bounded, so that negating one (the sign carries the
+// unit) is always defined.
+constexpr long long kLargestCount = 1'000'000'000;
 
 struct AxisLine {
   int count = 0;  // signed, as in the file
@@ -29,7 +34,8 @@ AxisLine read_axis(LineReader& reader, std::string const& axis) {
                 " axis line, found " + std::to_string(fields.size()));
   }
   AxisLine result;
-  result.count = reader.to_int(fields[0], "the " + axis + " point count");
+  result.count =
+      static_cast<int>(reader.to_count(fields[0], "the " + axis + " point count", kLargestCount));
   if (result.count == 0) reader.fail("expected a non-zero " + axis + " point count");
   result.step = Vector3D(reader.to_double(fields[1], "the " + axis + " step x"),
                          reader.to_double(fields[2], "the " + axis + " step y"),
@@ -51,7 +57,7 @@ CubeFile read_cube(std::istream& in, std::string const& name) {
     reader.fail("expected the atom count and origin x y z, found " + std::to_string(fields.size()) +
                 " fields");
   }
-  int natoms = reader.to_int(fields[0], "the atom count");
+  auto natoms = static_cast<int>(reader.to_count(fields[0], "the atom count", kLargestCount));
   bool const has_set_line = natoms < 0;
   if (has_set_line) natoms = -natoms;
   if (fields.size() == 5 && reader.to_int(fields[4], "the values per point") != 1) {
@@ -104,36 +110,36 @@ CubeFile read_cube(std::istream& in, std::string const& name) {
   int const n[3] = {std::abs(axes[0].count), std::abs(axes[1].count), std::abs(axes[2].count)};
   double const total = static_cast<double>(n[0]) * n[1] * n[2];
   if (total > 512.0 * 1024 * 1024) reader.fail("grid of more than 2^29 points");
-  Vector3D edge[3];
-  for (int a = 0; a < 3; ++a) edge[a] = axes[a].step * (unit * (n[a] - 1));
-  cube.grid = make_handle<NormalGrid>(n[0], n[1], n[2], (origin_raw * unit).point(), edge[0],
-                                      edge[1], edge[2]);
-
-  long long const expected = static_cast<long long>(n[0]) * n[1] * n[2];
-  long long read = 0;
-  int i = 0, j = 0, k = 0;
+  // The values are collected as they arrive and the grid is made after the last
+  // one, so a header that claims more points than the file holds costs no more
+  // memory than the file's own text.
+  auto const expected = static_cast<std::size_t>(total);
+  std::vector<double> values;
   std::string line;
-  while (read < expected) {
+  while (values.size() < expected) {
     if (!reader.next(line)) {
       throw ParseError(name, reader.line_number() + 1,
                        "unexpected end of file, expected " + std::to_string(expected) +
-                           " values, found " + std::to_string(read));
+                           " values, found " + std::to_string(values.size()));
     }
     for (auto const field : detail::split_fields(line)) {
-      if (read == expected) reader.fail("more values than the grid has points");
-      cube.grid->set_value(i, j, k, reader.to_double(field, "a grid value"));
-      ++read;
-      if (++k == n[2]) {
-        k = 0;
-        if (++j == n[1]) {
-          j = 0;
-          ++i;
-        }
-      }
+      if (values.size() == expected) reader.fail("more values than the grid has points");
+      values.push_back(reader.to_double(field, "a grid value"));
     }
   }
   while (reader.next(line)) {
     if (!detail::trim(line).empty()) reader.fail("more values than the grid has points");
+  }
+
+  Vector3D edge[3];
+  for (int a = 0; a < 3; ++a) edge[a] = axes[a].step * (unit * (n[a] - 1));
+  cube.grid = make_handle<NormalGrid>(n[0], n[1], n[2], (origin_raw * unit).point(), edge[0],
+                                      edge[1], edge[2]);
+  std::size_t next = 0;  // the file runs z fastest, then y, then x
+  for (int i = 0; i < n[0]; ++i) {
+    for (int j = 0; j < n[1]; ++j) {
+      for (int k = 0; k < n[2]; ++k) cube.grid->set_value(i, j, k, values[next++]);
+    }
   }
   return cube;
 }

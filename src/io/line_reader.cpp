@@ -3,6 +3,7 @@
 #include "line_reader.hpp"
 
 #include <charconv>
+#include <cmath>
 
 #include "structmath/io/elements.hpp"
 
@@ -44,15 +45,38 @@ double LineReader::to_double(std::string_view field, std::string const& what) co
   if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
     fail("expected a number for " + what + ", found '" + std::string(field) + "'");
   }
+  // from_chars reads "nan" and "inf"; no coordinate or grid value may be either.
+  if (!std::isfinite(value)) {
+    fail("expected a finite number for " + what + ", found '" + std::string(field) + "'");
+  }
   return value;
 }
 
-int LineReader::to_int(std::string_view field, std::string const& what) const {
+namespace {
+
+template <typename Integer>
+Integer to_integer(LineReader const& reader, std::string_view field, std::string const& what) {
   std::string_view const text = trim(field);
-  int value = 0;
+  Integer value = 0;
   auto const [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (text.empty() || error != std::errc() || end != text.data() + text.size()) {
-    fail("expected a whole number for " + what + ", found '" + std::string(field) + "'");
+    reader.fail("expected a whole number for " + what + ", found '" + std::string(field) + "'");
+  }
+  return value;
+}
+
+}  // namespace
+
+int LineReader::to_int(std::string_view field, std::string const& what) const {
+  return to_integer<int>(*this, field, what);
+}
+
+long long LineReader::to_count(std::string_view field, std::string const& what,
+                               long long limit) const {
+  auto const value = to_integer<long long>(*this, field, what);
+  if (value < -limit || value > limit) {
+    fail(what + " " + std::to_string(value) + " is out of range (at most " + std::to_string(limit) +
+         " in magnitude)");
   }
   return value;
 }

@@ -31,6 +31,9 @@ class LineReader {
   /// Whole-field conversions; `what` names the field in the message.
   double to_double(std::string_view field, std::string const& what) const;
   int to_int(std::string_view field, std::string const& what) const;
+  /// A signed count read wide, so that any whole number in the file is caught:
+  /// "<what> <n> is out of range (at most <limit> in magnitude)" beyond the limit.
+  long long to_count(std::string_view field, std::string const& what, long long limit) const;
 
  private:
   std::istream& in_;
