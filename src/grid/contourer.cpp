@@ -303,7 +303,7 @@ int next_set(std::vector<std::uint64_t> const& bits, int from) {
 class SlabVertices {
  public:
   SlabVertices(int ny, int nz)
-      : ny_(ny), nz_(nz), cells_(7 * static_cast<std::size_t>(ny) * static_cast<std::size_t>(nz)) {
+      : nz_(nz), cells_(7 * static_cast<std::size_t>(ny) * static_cast<std::size_t>(nz)) {
     for (auto& slab : slab_) slab.assign(cells_, -1);
   }
   void start(int i) {
@@ -325,7 +325,7 @@ class SlabVertices {
                7 +
            static_cast<std::size_t>(d);
   }
-  int ny_, nz_;
+  int nz_;
   std::size_t cells_;
   std::vector<int> slab_[2];
   std::vector<std::size_t> set_[2];
