@@ -1,16 +1,23 @@
 // SPDX-License-Identifier: MIT
-// Benchmarks of the numeric core: eigen-decomposition, inversion and products, with
-// the same work through Eigen where it is installed.
+// Benchmarks of the numeric core: eigen-decomposition, inversion, products and fraction
+// arithmetic, with the same work through Eigen and Boost.Rational where they are installed.
 #include <benchmark/benchmark.h>
 
+#include <cstdint>
 #include <random>
 #include <vector>
 
+#include "structmath/numeric/fraction.hpp"
 #include "structmath/numeric/linear_algebra.hpp"
 #include "structmath/numeric/matrix.hpp"
 
 #ifdef STRUCTMATH_HAVE_EIGEN
 #include <Eigen/Dense>
+#endif
+
+#if __has_include(<boost/rational.hpp>)
+#include <boost/rational.hpp>
+#define STRUCTMATH_HAVE_BOOST_RATIONAL 1
 #endif
 
 namespace {
@@ -81,6 +88,128 @@ void BM_MatrixProducts(benchmark::State& state) {
   state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * batch));
 }
 BENCHMARK(BM_MatrixProducts);
+
+// Mixed numbers with small parts, as fractions of crystallography and stoichiometry are:
+// wholes in [-20, 20], denominators in [1, 30].
+struct MixedNumber {
+  int whole, numerator, denominator;
+};
+
+std::vector<MixedNumber> random_mixed_numbers() {
+  std::mt19937 engine(12345);
+  std::uniform_int_distribution<int> whole(-20, 20);
+  std::uniform_int_distribution<int> denominator(1, 30);
+  std::vector<MixedNumber> out;
+  while (out.size() < batch) {
+    int const d = denominator(engine);
+    int const w = whole(engine);
+    // The fractional part takes the sign of the whole part, as a simplified fraction has.
+    int const n = std::uniform_int_distribution<int>(0, d - 1)(engine);
+    out.push_back({w, w < 0 ? -n : n, d});
+  }
+  return out;
+}
+
+std::vector<structmath::Fraction> fractions() {
+  std::vector<structmath::Fraction> out;
+  for (auto const& m : random_mixed_numbers()) {
+    out.emplace_back(m.whole, m.numerator, m.denominator);
+  }
+  return out;
+}
+
+// One sum, one product and one comparison per neighbouring pair.
+void BM_FractionMix(benchmark::State& state) {
+  auto const values = fractions();
+  for (auto _ : state) {
+    int less = 0;
+    for (std::size_t i = 0; i + 1 < values.size(); ++i) {
+      structmath::Fraction const sum = values[i] + values[i + 1];
+      structmath::Fraction const product = values[i] * values[i + 1];
+      less += sum < product;
+    }
+    benchmark::DoNotOptimize(less);
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * (batch - 1)));
+}
+BENCHMARK(BM_FractionMix);
+
+void BM_FractionMultiply(benchmark::State& state) {
+  auto const values = fractions();
+  for (auto _ : state) {
+    for (std::size_t i = 0; i + 1 < values.size(); ++i) {
+      structmath::Fraction const product = values[i] * values[i + 1];
+      benchmark::DoNotOptimize(product);
+    }
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * (batch - 1)));
+}
+BENCHMARK(BM_FractionMultiply);
+
+void BM_FractionAdd(benchmark::State& state) {
+  auto const values = fractions();
+  for (auto _ : state) {
+    for (std::size_t i = 0; i + 1 < values.size(); ++i) {
+      structmath::Fraction const sum = values[i] + values[i + 1];
+      benchmark::DoNotOptimize(sum);
+    }
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * (batch - 1)));
+}
+BENCHMARK(BM_FractionAdd);
+
+#ifdef STRUCTMATH_HAVE_BOOST_RATIONAL
+
+using BoostRational = boost::rational<int>;
+
+std::vector<BoostRational> boost_fractions() {
+  std::vector<BoostRational> out;
+  for (auto const& m : random_mixed_numbers()) {
+    out.emplace_back(m.whole * m.denominator + m.numerator, m.denominator);
+  }
+  return out;
+}
+
+void BM_BoostRational_Mix(benchmark::State& state) {
+  auto const values = boost_fractions();
+  for (auto _ : state) {
+    int less = 0;
+    for (std::size_t i = 0; i + 1 < values.size(); ++i) {
+      BoostRational const sum = values[i] + values[i + 1];
+      BoostRational const product = values[i] * values[i + 1];
+      less += sum < product;
+    }
+    benchmark::DoNotOptimize(less);
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * (batch - 1)));
+}
+BENCHMARK(BM_BoostRational_Mix);
+
+void BM_BoostRational_Multiply(benchmark::State& state) {
+  auto const values = boost_fractions();
+  for (auto _ : state) {
+    for (std::size_t i = 0; i + 1 < values.size(); ++i) {
+      BoostRational const product = values[i] * values[i + 1];
+      benchmark::DoNotOptimize(product);
+    }
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * (batch - 1)));
+}
+BENCHMARK(BM_BoostRational_Multiply);
+
+void BM_BoostRational_Add(benchmark::State& state) {
+  auto const values = boost_fractions();
+  for (auto _ : state) {
+    for (std::size_t i = 0; i + 1 < values.size(); ++i) {
+      BoostRational const sum = values[i] + values[i + 1];
+      benchmark::DoNotOptimize(sum);
+    }
+  }
+  state.SetItemsProcessed(static_cast<std::int64_t>(state.iterations() * (batch - 1)));
+}
+BENCHMARK(BM_BoostRational_Add);
+
+#endif
 
 #ifdef STRUCTMATH_HAVE_EIGEN
 

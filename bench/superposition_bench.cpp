@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: MIT
-// Benchmarks of OverlayPoints::fit, with an SVD-based fit through Eigen where installed.
+// Benchmarks of OverlayPoints::fit and of the quaternion-polynomial RMSD, with an
+// SVD-based fit through Eigen where installed.
 #include <benchmark/benchmark.h>
 
 #include <cmath>
@@ -9,6 +10,7 @@
 #include "structmath/geometry/quaternion.hpp"
 #include "structmath/numeric/point.hpp"
 #include "structmath/superposition/overlay_points.hpp"
+#include "structmath/superposition/qcp.hpp"
 
 #ifdef STRUCTMATH_HAVE_EIGEN
 #include <Eigen/Dense>
@@ -64,6 +66,27 @@ void BM_OverlayPointsWeightedFit(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * state.range(0));
 }
 BENCHMARK(BM_OverlayPointsWeightedFit)->Arg(10)->Arg(100)->Arg(1000)->Arg(10000);
+
+void BM_QcpRmsd(benchmark::State& state) {
+  Sets const sets = make_sets(static_cast<std::size_t>(state.range(0)));
+  double rmsd = 0.0;
+  for (auto _ : state) {
+    rmsd = structmath::qcp_rmsd(sets.moving, sets.target);
+    benchmark::DoNotOptimize(rmsd);
+  }
+  state.counters["rms"] = rmsd;
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_QcpRmsd)->Arg(10)->Arg(100)->Arg(1000)->Arg(10000);
+
+void BM_QcpFit(benchmark::State& state) {
+  Sets const sets = make_sets(static_cast<std::size_t>(state.range(0)));
+  for (auto _ : state) {
+    benchmark::DoNotOptimize(structmath::qcp_fit(sets.moving, sets.target));
+  }
+  state.SetItemsProcessed(state.iterations() * state.range(0));
+}
+BENCHMARK(BM_QcpFit)->Arg(10)->Arg(100)->Arg(1000)->Arg(10000);
 
 #ifdef STRUCTMATH_HAVE_EIGEN
 

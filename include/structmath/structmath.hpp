@@ -62,3 +62,4 @@
 #include "structmath/statistics/uncertain_value.hpp"
 #include "structmath/statistics/uncertainty.hpp"
 #include "structmath/superposition/overlay_points.hpp"
+#include "structmath/superposition/qcp.hpp"

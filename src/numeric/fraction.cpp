@@ -72,6 +72,12 @@ Wide divide(Wide a, Wide b) {
   return a / b;
 }
 
+constexpr Wide int_max = std::numeric_limits<int>::max();
+
+// Whether n / d is a proper fraction with a positive denominator, as in a simplified
+// fraction (a fraction read from an archive need not be one).
+constexpr bool proper(Wide n, Wide d) { return d > 0 && n < d && -n < d; }
+
 int narrow(Wide value) {
   if (value < std::numeric_limits<int>::min() || value > std::numeric_limits<int>::max()) {
     Fraction::overflow();
@@ -187,17 +193,29 @@ Fraction& Fraction::operator-=(Fraction const& other) {
 }
 
 Fraction& Fraction::operator*=(Fraction const& other) {
-  // (wa + na/da)(wb + nb/db) = wa wb + [wa nb/db + na wb/da + na nb/(da db)]; for
-  // simplified operands the three bracketed terms share the sign of wa wb, so the
-  // result is simplified without a further step.
+  // (wa + na/da)(wb + nb/db) = wa wb + S with S = wa nb/db + na wb/da + na nb/(da db);
+  // for simplified operands the three terms of S share the sign of wa wb, so the result
+  // is simplified without a further step.
   Wide const wa = whole_;
   Wide const na = numerator_;
   Wide const da = denominator_;
   Wide const wb = other.whole_;
   Wide const nb = other.numerator_;
   Wide const db = other.denominator_;
-  Fraction const s =
-      reduced(0, wa * nb, db) + reduced(0, na * wb, da) + reduced(0, na * nb, da * db);
+  Fraction s;
+  if (proper(na, da) && proper(nb, db) && da * db <= int_max &&
+      magnitude(wa) + magnitude(wb) < static_cast<unsigned long long>(int_max)) {
+    // S over the common denominator, reduced once. Here every term of S and each partial
+    // sum has parts that fit in an int (|S| < |wa| + |wb| + 1, denominators divide
+    // da db), so this is the same value, in the same simplified fields, as the three
+    // terms reduced and added one by one; and |numerator| < (|wa| + |wb| + 1) da db
+    // < 2^62 cannot overflow.
+    s = reduced(0, wa * nb * da + na * wb * db + na * nb, da * db);
+  } else {
+    // Large parts: the three terms reduced and added one by one, so that a term or a
+    // partial sum whose parts do not fit in an int throws, whatever the final value.
+    s = reduced(0, wa * nb, db) + reduced(0, na * wb, da) + reduced(0, na * nb, da * db);
+  }
   Fraction result;
   result.whole_ = narrow(wa * wb + s.whole_);
   result.numerator_ = s.numerator_;

@@ -2,7 +2,6 @@
 // Sphere: containment by distance from the centre and the bounding box.
 #include "structmath/solids/sphere.hpp"
 
-#include "structmath/geometry/geometry_functions.hpp"
 #include "structmath/solids/box.hpp"
 
 namespace structmath {
@@ -13,7 +12,5 @@ THandle<Box> Sphere::bounding_box() const {
   Vector3D const r(radius_, radius_, radius_);
   return make_handle<Box>(centre_ + r, centre_ - r);
 }
-
-bool Sphere::contains(Point const& p) const { return distance(centre_, p) <= radius_; }
 
 }  // namespace structmath

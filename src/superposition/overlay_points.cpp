@@ -45,7 +45,6 @@ OverlayPoints::OverlayPoints(std::vector<Point> const& target, bool inversion_al
     : translation_(0.0, 0.0, 0.0),
       target_centroid_(centroid(non_empty(target))),
       target_(target),
-      work_(target.size()),
       inversion_allowed_(inversion_allowed) {
   for (Point& p : target_) p -= target_centroid_.vector();
 }
@@ -75,61 +74,172 @@ double OverlayPoints::fit(std::vector<Point> const& points, std::vector<double> 
   return fit_points(points, &weights);
 }
 
-double OverlayPoints::deviation(std::vector<double> const* weights) const {
-  return weights != nullptr ? weighted_rms_distance(work_, target_, *weights)
-                            : rms_distance(work_, target_);
+namespace {
+
+// Two doubles side by side, x and y of a point or two rows of a matrix, for the passes of
+// a fit: each lane is computed exactly as the scalar expression would be (plain IEEE
+// additions, subtractions and products), so pairing changes no bit of any sum.
+#if defined(__GNUC__)
+typedef double Lanes __attribute__((vector_size(16)));
+inline Lanes lanes(double a, double b) noexcept { return Lanes{a, b}; }
+#else
+struct Lanes {
+  double v[2];
+  double operator[](int i) const noexcept { return v[i]; }
+};
+inline Lanes lanes(double a, double b) noexcept { return Lanes{{a, b}}; }
+inline Lanes operator+(Lanes a, Lanes b) noexcept { return lanes(a[0] + b[0], a[1] + b[1]); }
+inline Lanes operator-(Lanes a, Lanes b) noexcept { return lanes(a[0] - b[0], a[1] - b[1]); }
+inline Lanes operator*(Lanes a, Lanes b) noexcept { return lanes(a[0] * b[0], a[1] * b[1]); }
+inline Lanes& operator+=(Lanes& a, Lanes b) noexcept { return a = a + b; }
+#endif
+
+inline Lanes both(double a) noexcept { return lanes(a, a); }
+inline Lanes xy(Point const& p) noexcept { return lanes(p[0], p[1]); }
+
+// (dx^2 + dy^2) + dz^2, the squared distance as rms_distance and max_distance form it.
+inline double squared(Lanes dxy, double dz) noexcept {
+  Lanes const s = dxy * dxy;
+  return s[0] + s[1] + dz * dz;
 }
 
-double OverlayPoints::fit_points(std::vector<Point> const& points,
-                                 std::vector<double> const* weights) {
-  check_input_size(count(points.size()));
-  if (weights != nullptr) check_weights_size(count(weights->size()));
-  auto const first = points.begin();
-  auto const last = first + static_cast<std::ptrdiff_t>(target_.size());
-  std::copy(first, last, work_.begin());
+// One term of an RMS sum: the squared distance, times the point's weight when weighted,
+// as weighted_rms_distance forms it.
+template <bool Weighted>
+inline double term(double const* weights, std::size_t k, double squared_distance) noexcept {
+  if constexpr (Weighted) {
+    return weights[k] * squared_distance;
+  } else {
+    return squared_distance;
+  }
+}
 
-  // The candidates are compared in locals and kept at the end, so that an exception
-  // from the eigen-decomposition leaves the previous fit in place. A later candidate
-  // replaces an earlier one only when strictly better, so ties keep the simpler fit.
+// The RMS of a sum of n terms, as rms_distance and weighted_rms_distance finish it.
+inline double root_mean(double sum, std::size_t n) noexcept {
+  return std::sqrt(sum / static_cast<double>(n));
+}
+
+}  // namespace
+
+template <bool Weighted>
+double OverlayPoints::fit_passes(std::vector<Point> const& points, double const* weights) {
+  // Three passes over the points instead of one per step, nothing stored per point (the
+  // centred point is formed again in the third pass, to the same bits). Every sum is
+  // still formed in index order from 0.0 with the same terms as centroid, rms_distance,
+  // weighted_rms_distance and the correlation matrix form them, so each candidate's RMS
+  // deviation, the centroid and the rotation are the same to the last bit.
+  std::size_t const n = target_.size();
+  Point const* const q = target_.data();
+  Point const* const p = points.data();
+
+  // Pass 1: the first candidate (the points as they are) and the centroid.
+  double sum = 0.0;
+  Lanes c_xy = lanes(0.0, 0.0);
+  double c_z = 0.0;
+  for (std::size_t k = 0; k < n; ++k) {
+    Lanes const p_xy = xy(p[k]);
+    sum += term<Weighted>(weights, k, squared(p_xy - xy(q[k]), p[k][2] - q[k][2]));
+    c_xy += p_xy;
+    c_z += p[k][2];
+  }
+  double const first_rms = root_mean(sum, n);
+  double const count = static_cast<double>(n);
+  Vector3D const c(c_xy[0] / count, c_xy[1] / count, c_z / count);
+  Lanes const centre_xy = xy(c.point());
+
+  // Pass 2: the second candidate (centred points) and the correlation matrix, element
+  // (i, j) the sum of target[k][i] * centred[k][j] (times the weight): rows 0, 1 and 2
+  // of columns 0 and 1 in r0, r1, r2, elements (0, 2) and (1, 2) in r_02_12.
+  sum = 0.0;
+  Lanes r0 = lanes(0.0, 0.0), r1 = r0, r2 = r0, r_02_12 = r0;
+  double r22 = 0.0;
+  for (std::size_t k = 0; k < n; ++k) {
+    Lanes const t_xy = xy(q[k]);
+    double const t_z = q[k][2];
+    Lanes const x_xy = xy(p[k]) - centre_xy;
+    double const x_z = p[k][2] - c[2];
+    sum += term<Weighted>(weights, k, squared(x_xy - t_xy, x_z - t_z));
+    Lanes m0 = both(t_xy[0]) * x_xy, m1 = both(t_xy[1]) * x_xy, m2 = both(t_z) * x_xy;
+    Lanes mz = t_xy * both(x_z);
+    double m22 = t_z * x_z;
+    if constexpr (Weighted) {
+      Lanes const w = both(weights[k]);
+      m0 = m0 * w;
+      m1 = m1 * w;
+      m2 = m2 * w;
+      mz = mz * w;
+      m22 = m22 * weights[k];
+    }
+    r0 += m0;
+    r1 += m1;
+    r2 += m2;
+    r_02_12 += mz;
+    r22 += m22;
+  }
+  double const centred_rms = root_mean(sum, n);
+
+  // Pass 3: the third candidate (centred and rotated) and its largest deviation. Rows 0
+  // and 1 of the rotation go in pairs, column by column. A rotated coordinate is summed
+  // without the leading 0.0 + of the matrix product: that only turns a zero's sign,
+  // which no squared distance can see.
+  Matrix3D const u = rotation_from(
+      Matrix3D(r0[0], r0[1], r_02_12[0], r1[0], r1[1], r_02_12[1], r2[0], r2[1], r22));
+  Lanes const u0 = lanes(u[0][0], u[1][0]), u1 = lanes(u[0][1], u[1][1]),
+              u2 = lanes(u[0][2], u[1][2]);
+  double const v0 = u[2][0], v1 = u[2][1], v2 = u[2][2];
+  sum = 0.0;
+  double largest = 0.0;
+  for (std::size_t k = 0; k < n; ++k) {
+    Lanes const x_xy = xy(p[k]) - centre_xy;
+    double const x_z = p[k][2] - c[2];
+    Lanes const y_xy = u0 * both(x_xy[0]) + u1 * both(x_xy[1]) + u2 * both(x_z);
+    double const y_z = v0 * x_xy[0] + v1 * x_xy[1] + v2 * x_z;
+    double const d = squared(y_xy - xy(q[k]), y_z - q[k][2]);
+    sum += term<Weighted>(weights, k, d);
+    if (d > largest) largest = d;
+  }
+  double const rotated_rms = root_mean(sum, n);
+
+  // A later candidate replaces an earlier one only when strictly better, so ties keep
+  // the simpler fit. Nothing is stored before here, so an exception from the
+  // eigen-decomposition leaves the previous fit in place.
   enum class Candidate { as_given, centred, rotated };
-
-  // First candidate: the points as they are, against the centred target. Kept as the
-  // baseline; it can only win for a set already centred on the origin.
   Candidate kept = Candidate::as_given;
-  double rms = deviation(weights);
-
-  // Second candidate: centred on their own centroid, unweighted even in a weighted fit.
-  Vector3D const c = centroid(work_).vector();
-  for (Point& p : work_) p -= c;
-  double r = deviation(weights);
-  if (r < rms) {
+  double rms = first_rms;
+  if (centred_rms < rms) {
     kept = Candidate::centred;
-    rms = r;
+    rms = centred_rms;
   }
-
-  // Third candidate: centred and rotated.
-  Matrix3D const u = rotation_from(correlation(work_, weights));
-  for (Point& p : work_) p = u * p;
-  r = deviation(weights);
-  if (r < rms) {
+  if (rotated_rms < rms) {
     kept = Candidate::rotated;
-    rms = r;
+    rms = rotated_rms;
   }
-
-  // The maximum deviation is measured once, on the kept candidate's points, rebuilt in
-  // work when an earlier candidate won.
   if (kept != Candidate::rotated) {
-    std::copy(first, last, work_.begin());
-    if (kept == Candidate::centred) {
-      for (Point& p : work_) p -= c;
+    // Rare: an earlier candidate won; its largest deviation is measured on its points.
+    Vector3D const shift = kept == Candidate::centred ? c : Vector3D(0.0, 0.0, 0.0);
+    largest = 0.0;
+    for (std::size_t k = 0; k < n; ++k) {
+      Point const x = kept == Candidate::centred ? p[k] - shift : p[k];
+      double const d = squared(xy(x) - xy(q[k]), x[2] - q[k][2]);
+      if (d > largest) largest = d;
     }
   }
-  maximum_deviation_ = max_distance(work_, target_);
+  maximum_deviation_ = std::sqrt(largest);
   rotation_ = kept == Candidate::rotated ? u : Matrix3D();
   translation_ = kept == Candidate::as_given ? Vector3D(0.0, 0.0, 0.0) : c;
   rms_ = rms;
   fitted_ = true;
   return rms_;
+}
+
+double OverlayPoints::fit_points(std::vector<Point> const& points,
+                                 std::vector<double> const* weights) {
+  check_input_size(count(points.size()));
+  if (weights != nullptr) {
+    check_weights_size(count(weights->size()));
+    return fit_passes<true>(points, weights->data());
+  }
+  return fit_passes<false>(points, nullptr);
 }
 
 Matrix3D OverlayPoints::correlation(std::vector<Point> const& points,

@@ -46,4 +46,41 @@ inline AnswerFields library_fraction_outcome(AnswerCase const& c) {
   return out;
 }
 
+/// The fields of the fraction that `operation` makes, or "overflow" when it throws
+/// std::overflow_error "Fraction: integer overflow." and "division_by_zero" when it throws
+/// std::invalid_argument "Fraction: division by zero."; any other exception or message
+/// escapes.
+template <class Operation>
+std::vector<std::string> outcome_text(Operation const& operation) {
+  try {
+    std::vector<std::string> out;
+    for (int field : fields_of(operation())) out.push_back(std::to_string(field));
+    return out;
+  } catch (std::overflow_error const& e) {
+    if (std::string(e.what()) != "Fraction: integer overflow.") throw;
+    return {"overflow"};
+  } catch (std::invalid_argument const& e) {
+    if (std::string(e.what()) != "Fraction: division by zero.") throw;
+    return {"division_by_zero"};
+  }
+}
+
+/// Simplified operands a and b ("a", "b": whole numerator denominator) combined: the
+/// outcome texts of a + b, a - b, a * b, a / b, b * a and a * a, then a == b, a < b, b < a.
+inline AnswerFields library_fraction_range_outcome(AnswerCase const& c) {
+  Fraction const a = read_unsimplified(c.ints("a"));
+  Fraction const b = read_unsimplified(c.ints("b"));
+  AnswerFields out;
+  out.add("sum", outcome_text([&] { return a + b; }))
+      .add("difference", outcome_text([&] { return a - b; }))
+      .add("product", outcome_text([&] { return a * b; }))
+      .add("quotient", outcome_text([&] { return a / b; }))
+      .add("reversed_product", outcome_text([&] { return b * a; }))
+      .add("square", outcome_text([&] { return a * a; }))
+      .add("equal", a == b)
+      .add("less", a < b)
+      .add("greater", a > b);
+  return out;
+}
+
 }  // namespace structmath::testing

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
-// Known answers of Fraction arithmetic and comparison on operands read unsimplified from
-// an archive: the fields of every result, pinned exactly.
+// Known answers of Fraction arithmetic and comparison: on operands read unsimplified from
+// an archive, and on simplified operands from small to the edge of the int range, with
+// the overflows; the fields of every result, pinned exactly.
 #include <gtest/gtest.h>
 
 #include "numeric/fraction_answers.hpp"
@@ -16,6 +17,16 @@ TEST_P(FractionAnswers, ResultsOfUnsimplifiedOperandsHaveTheRecordedFields) {
 
 INSTANTIATE_TEST_SUITE_P(Recorded, FractionAnswers,
                          ::testing::ValuesIn(load_answers("numeric/fraction_unsimplified.txt")),
+                         AnswerName());
+
+class FractionRangeAnswers : public ::testing::TestWithParam<AnswerCase> {};
+
+TEST_P(FractionRangeAnswers, ResultsAndOverflowsHaveTheRecordedOutcomes) {
+  expect_fields(GetParam(), library_fraction_range_outcome(GetParam()));
+}
+
+INSTANTIATE_TEST_SUITE_P(Recorded, FractionRangeAnswers,
+                         ::testing::ValuesIn(load_answers("numeric/fraction_ranges.txt")),
                          AnswerName());
 
 }  // namespace

@@ -226,5 +226,22 @@ TEST(Fraction, OverflowIsReportedNotWrapped) {
   EXPECT_THROW(Fraction(big, 1, 2).round_to_int(), std::overflow_error);
 }
 
+TEST(Fraction, ProductsWithPartsNearTheIntLimitsAreExact) {
+  int const big = std::numeric_limits<int>::max();
+  // Wholes whose magnitudes add up to just below, at and just above the int range.
+  EXPECT_EQ(Fraction(big - 2, 1, 2) * Fraction(1), Fraction(big - 2, 1, 2));
+  EXPECT_EQ(Fraction(big - 1, 1, 2) * Fraction(1), Fraction(big - 1, 1, 2));
+  EXPECT_EQ(Fraction(-(big - 1), -1, 2) * Fraction(-1), Fraction(big - 1, 1, 2));
+  EXPECT_EQ(Fraction(big) * Fraction(1), Fraction(big));
+  EXPECT_EQ(Fraction(big - 1) * Fraction(1, 1, big), Fraction(big, -1, big));
+  // Denominators whose product just fits, and one just past it where the product
+  // cancels back into range.
+  EXPECT_EQ(Fraction(3, 1, 46337) * Fraction(-2, -1, 46339),
+            Fraction(-6, -(3 * 46337 + 2 * 46339 + 1), 46337 * 46339));
+  EXPECT_EQ(Fraction(1, 46349) * Fraction(46349, 46351), Fraction(1, 46351));
+  EXPECT_EQ(Fraction(46340) * Fraction(46340), Fraction(46340 * 46340));
+  EXPECT_THROW(Fraction(46341) * Fraction(46341), std::overflow_error);
+}
+
 }  // namespace
 }  // namespace structmath

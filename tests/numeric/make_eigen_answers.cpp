@@ -217,6 +217,24 @@ std::vector<NamedMatrix> matrices() {
   out.push_back({"repeated_negative", with_eigenvalues(draw, {-1, 4, -1})});
   out.push_back({"close_eigenvalues", with_eigenvalues(draw, {1, 1 + 1e-10, 2})});
   out.push_back({"wide_spread", with_eigenvalues(draw, {1e-6, 1, 1e6})});
+  for (int n = 0; n < 40; ++n) {
+    out.push_back({"seeded_" + std::to_string(n), symmetric(draw, n < 20 ? 1.0 : 1000.0)});
+  }
+  // R^T R of random 3x3 matrices: the positive semi-definite normal matrices of fits.
+  for (int n = 0; n < 20; ++n) {
+    Values r(9);
+    for (double& x : r) x = draw.uniform(-50.0, 50.0);
+    if (n % 5 == 4) {
+      for (std::size_t k = 0; k < 3; ++k) r[6 + k] = 1e-9 * r[k];  // nearly planar: rank close to 2
+    }
+    Values m(9, 0.0);
+    for (std::size_t i = 0; i < 3; ++i) {
+      for (std::size_t j = 0; j < 3; ++j) {
+        for (std::size_t k = 0; k < 3; ++k) m[3 * i + j] += r[3 * k + i] * r[3 * k + j];
+      }
+    }
+    out.push_back({"normal_matrix_" + std::to_string(n), m});
+  }
   return out;
 }
 

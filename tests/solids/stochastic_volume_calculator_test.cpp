@@ -7,7 +7,9 @@
 
 #include <cmath>
 #include <deque>
+#include <limits>
 #include <stdexcept>
+#include <vector>
 
 #include "structmath/solids/box.hpp"
 #include "structmath/solids/intersection_solid.hpp"
@@ -127,6 +129,80 @@ TEST(StochasticVolumeCalculator, EstimatesAgreeWithClosedForms) {
   IntersectionSolid const segment(sphere(0, 0, 0, 1),
                                   make_handle<Slab>(Plane(Vector3D(0, 0, 1), 0.5), 0.3));
   expect_volume(segment, 50000, slice(0.8) - slice(0.2));
+}
+
+/// The first n sample points that count_hits draws in the unit cube with seeded().
+std::vector<Point> unit_cube_samples(int n) {
+  RandomNumberGenerator const rng(1802, 9373);
+  std::vector<Point> out;
+  for (int i = 0; i < n; ++i) {
+    double const x = rng.random_uniform(), y = rng.random_uniform(), z = rng.random_uniform();
+    out.emplace_back(x, y, z);
+  }
+  return out;
+}
+
+/// Hits in the unit cube counted by asking each member in turn, as a union does.
+unsigned long long member_hits(std::vector<THandle<Solid>> const& members,
+                               std::vector<Point> const& points) {
+  unsigned long long hits = 0;
+  for (Point const& p : points) {
+    for (THandle<Solid> const& s : members) {
+      if (s->contains(p)) {
+        ++hits;
+        break;
+      }
+    }
+  }
+  return hits;
+}
+
+TEST(StochasticVolumeCalculator, UnionsOfSpheresAndBoxesCountAsTheirMembersAtTheSurface) {
+  // Spheres whose surface passes exactly through a sample point (the radius is that
+  // point's distance from the centre) or one or two ulps inside or outside it: the
+  // sampler's test of a union must count what the members themselves count.
+  int const n = 300;
+  std::vector<Point> const points = unit_cube_samples(n);
+  Box const cube(0, 1, 0, 1, 0, 1);
+  for (int k = 0; k < n; k += 7) {
+    Point const& on = points[static_cast<std::size_t>(k)];
+    Point const centre(0.5 + 0.37 * std::sin(k), 0.5 - 0.29 * std::cos(3 * k), 0.25 + 1e-3 * k);
+    double const r = std::sqrt((centre - on) * (centre - on));
+    for (double radius : {r, std::nextafter(r, 0.0), std::nextafter(r, 1.0),
+                          std::nextafter(std::nextafter(r, 0.0), 0.0)}) {
+      std::vector<THandle<Solid>> const members = {make_handle<Sphere>(centre, radius),
+                                                   make_handle<Box>(0.9, 1.0, 0.0, 0.05, 0.0, 1.0)};
+      UnionSolid const both(members[0], members[1]);
+      EXPECT_EQ(Calculator::count_hits(both, cube, n, *seeded()), member_hits(members, points))
+          << "sphere " << k << " radius " << radius;
+      EXPECT_EQ(Calculator::count_hits(*members[0], cube, n, *seeded()),
+                member_hits({members[0]}, points));
+    }
+  }
+  // Radii at the edges of the double range and of the sign.
+  for (double radius :
+       {0.0, -0.0, -1e-300, 1e-160, 1e-300, 1e200, 1e300, std::numeric_limits<double>::infinity(),
+        std::numeric_limits<double>::quiet_NaN()}) {
+    std::vector<THandle<Solid>> const members = {make_handle<Sphere>(points[3], radius)};
+    EXPECT_EQ(Calculator::count_hits(*members[0], cube, n, *seeded()), member_hits(members, points))
+        << "radius " << radius;
+  }
+}
+
+TEST(StochasticVolumeCalculator, EachRunSeesTheMembersAsTheyAreThen) {
+  // Members are shared and a box can change after it joined a union: every run must test
+  // the members as they are when it starts.
+  auto const box = make_handle<Box>(0.0, 0.5, 0.0, 1.0, 0.0, 1.0);
+  auto const ball = make_handle<Sphere>(Point(2.0, 2.0, 2.0), 0.25);
+  THandle<Solid> const parts = make_handle<UnionSolid>(THandle<Solid>(box), THandle<Solid>(ball));
+  UnionSolid const nested(parts, sphere(-1, -1, -1, 0.5));
+  Box const cube(0, 1, 0, 1, 0, 1);
+  auto const half = Calculator::count_hits(nested, cube, 4000, *seeded());
+  *box = Box(0.0, 1.0, 0.0, 1.0, 0.0, 1.0);
+  EXPECT_EQ(Calculator::count_hits(nested, cube, 4000, *seeded()), 4000u);
+  *box = Box(0.0, 0.5, 0.0, 1.0, 0.0, 1.0);
+  EXPECT_EQ(Calculator::count_hits(nested, cube, 4000, *seeded()), half);
+  EXPECT_NEAR(static_cast<double>(half), 2000.0, 4.0 * std::sqrt(1000.0));
 }
 
 }  // namespace

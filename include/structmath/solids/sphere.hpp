@@ -2,8 +2,11 @@
 // Sphere: the solid ball of a given radius about a centre.
 #pragma once
 
+#include <cmath>
+
 #include "structmath/export.hpp"
 #include "structmath/numeric/point.hpp"
+#include "structmath/numeric/vector.hpp"
 #include "structmath/solids/solid.hpp"
 
 namespace structmath {
@@ -20,8 +23,12 @@ class STRUCTMATH_API Sphere : public Solid {
 
   /// The box centre +- (r, r, r), well formed (side 2|r|) even for a negative radius.
   THandle<Box> bounding_box() const override;
-  /// distance(centre, p) <= radius; a NaN coordinate is outside.
-  bool contains(Point const& p) const override;
+  /// distance(centre, p) <= radius; a NaN coordinate is outside. Written out here, as
+  /// distance() forms it, so that callers that know the type test without a call.
+  bool contains(Point const& p) const override {
+    Vector3D const d = centre_ - p;
+    return std::sqrt(d * d) <= radius_;
+  }
 
  private:
   Point centre_;

@@ -32,7 +32,7 @@ namespace structmath {
 /// a set already centred on the origin, which transformation() then moves onto the
 /// target). Degenerate sets never throw: a planar or linear set is completed
 /// with perpendicular directions, and a correlation matrix with negligible eigenvalues
-/// gives the identity rotation. Cost: O(n) per fit (a few passes over the points and one
+/// gives the identity rotation. Cost: O(n) per fit (three passes over the points and one
 /// 3x3 Jacobi decomposition); after construction a fit allocates nothing.
 class STRUCTMATH_API OverlayPoints {
  public:
@@ -112,9 +112,10 @@ class STRUCTMATH_API OverlayPoints {
 
  private:
   double fit_points(std::vector<Point> const& points, std::vector<double> const* weights);
+  template <bool Weighted>
+  double fit_passes(std::vector<Point> const& points, double const* weights);
   Matrix3D correlation(std::vector<Point> const& points, std::vector<double> const* weights) const;
   Matrix3D rotation_from(Matrix3D const& r) const;
-  double deviation(std::vector<double> const* weights) const;
   Transformation current_transformation() const noexcept;
 
   Matrix3D rotation_;
@@ -123,7 +124,6 @@ class STRUCTMATH_API OverlayPoints {
   double rms_ = 0.0;
   double maximum_deviation_ = 0.0;
   std::vector<Point> target_;
-  std::vector<Point> work_;
   double eigenvalue_tolerance_ = 1e-05;
   bool inversion_allowed_;
   bool fitted_ = false;
