@@ -29,7 +29,9 @@ class CallableComponent : public FunctionComponent {
     py::gil_scoped_acquire locked;
     py::array_t<double> point(static_cast<py::ssize_t>(x.size()));
     std::copy(x.begin(), x.end(), point.mutable_data());
-    double const value = f_(point).cast<double>();
+    py::object const returned = f_(point);
+    double const value = PyFloat_AsDouble(returned.ptr());
+    if (value == -1.0 && PyErr_Occurred() != nullptr) throw py::error_already_set();
     ++evaluations_;
     if (value < best_value_) {
       best_value_ = value;
