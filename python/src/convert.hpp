@@ -42,6 +42,8 @@ DoubleArray double_array(py::handle value, int ndim, char const* what);
 DoubleArray coordinate_array(py::handle value, char const* what);
 /// The rows of an (N, 3) array as points (one copy; a single memcpy when C-contiguous).
 std::vector<Point> to_points(py::handle value, char const* what);
+/// As to_points, into `out` (its capacity reused: no allocation when it is large enough).
+void to_points(py::handle value, char const* what, std::vector<Point>& out);
 /// A one-dimensional float64 array as doubles; ValueError unless it has `expected` entries
 /// (any length when negative).
 std::vector<double> to_doubles(py::handle value, char const* what, py::ssize_t expected = -1);

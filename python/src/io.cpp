@@ -344,7 +344,7 @@ order), its number (from 1, within the file or byte range read) and the line of 
   py::class_<SdfIterator>(m, "SdfIterator", R"doc(
 The records of an SD file read one at a time, as SdfRecord objects; memory does not grow
 with the file. A malformed record raises ParseError and leaves the iterator after it:
-calling next() again reads the next record.)doc")
+calling next() again reads the next record. Each thread needs its own iterator.)doc")
       .def("__iter__", [](SdfIterator& it) -> SdfIterator& { return it; })
       .def("__next__", &SdfIterator::next)
       .def_property_readonly("records", &SdfIterator::records,

@@ -17,24 +17,46 @@ struct OverlayResult {
   Transformation transformation;
 };
 
-OverlayResult fit(OverlayPoints& overlay, py::handle moving, py::handle weights) {
-  std::vector<Point> const points = to_points(moving, "moving");
+// Below this many points a fit takes microseconds: the GIL is kept, as giving it up and
+// taking it back would cost a noticeable part of the call.
+constexpr std::size_t release_from = 20000;
+
+// Point lists of up to this many points are converted into per-thread buffers that are
+// kept between calls, so that repeated fits allocate nothing.
+constexpr std::size_t kept_buffer = 1 << 16;
+
+// The points of `value` in the thread's buffer `slot` (0 or 1), or in `spare` when large.
+std::vector<Point> const& points_of(py::handle value, char const* what, int slot,
+                                    std::vector<Point>& spare) {
+  thread_local std::vector<Point> buffers[2];
+  std::vector<Point>& buffer = buffers[slot];
+  to_points(value, what, buffer);
+  if (buffer.size() <= kept_buffer) return buffer;
+  spare.swap(buffer);
+  buffer = std::vector<Point>();
+  return spare;
+}
+
+OverlayResult fit(OverlayPoints& overlay, std::vector<Point> const& points, py::handle weights) {
   std::vector<double> w;
-  if (!weights.is_none())
+  if (!weights.is_none()) {
     w = to_doubles(weights, "weights", static_cast<py::ssize_t>(points.size()));
-  OverlayResult result;
-  {
-    py::gil_scoped_release unlocked;
+  }
+  auto const run = [&] {
     if (weights.is_none()) {
       overlay.fit(points);
     } else {
       overlay.fit(points, w);
     }
+    OverlayResult result;
     result.rms = overlay.rms();
     result.max_deviation = overlay.maximum_deviation();
     result.transformation = *overlay.transformation();
-  }
-  return result;
+    return result;
+  };
+  if (points.size() < release_from) return run();
+  py::gil_scoped_release unlocked;
+  return run();
 }
 
 }  // namespace
@@ -88,7 +110,8 @@ fit was allowed to mirror).)doc")
 
   py::class_<OverlayPoints>(m, "Overlay", R"doc(
 Least-squares fits of moving point sets onto one fixed target (the eigenvector method
-of Kabsch), point i onto target point i. Keep one for many fits onto the same target.)doc")
+of Kabsch), point i onto target point i. Keep one for many fits onto the same target.
+A fit changes the object (without the GIL): give each thread its own.)doc")
       .def(py::init([](py::handle target, bool allow_mirror) {
              return OverlayPoints(to_points(target, "target"), allow_mirror);
            }),
@@ -98,7 +121,8 @@ of Kabsch), point i onto target point i. Keep one for many fits onto the same ta
       .def(
           "fit",
           [](OverlayPoints& overlay, py::handle moving, py::handle weights) {
-            return fit(overlay, moving, weights);
+            std::vector<Point> spare;
+            return fit(overlay, points_of(moving, "moving", 0, spare), weights);
           },
           py::arg("moving"), py::arg("weights") = py::none(),
           R"doc(Fits moving, an (N, 3) array with at least as many points as the target
@@ -112,14 +136,16 @@ max_deviation are not weighted.)doc")
   m.def(
       "overlay",
       [](py::handle target, py::handle moving, py::handle weights, bool allow_mirror) {
-        std::vector<Point> const points = to_points(target, "target");
-        auto const n = static_cast<std::size_t>(py::len(moving));
-        if (n != points.size()) {
+        std::vector<Point> spare_target, spare_moving;
+        std::vector<Point> const& points = points_of(target, "target", 0, spare_target);
+        std::vector<Point> const& moved = points_of(moving, "moving", 1, spare_moving);
+        if (moved.size() != points.size()) {
           throw py::value_error("moving must have as many points as target (" +
-                                std::to_string(points.size()) + "), got " + std::to_string(n));
+                                std::to_string(points.size()) + "), got " +
+                                std::to_string(moved.size()));
         }
         OverlayPoints overlay(points, allow_mirror);
-        return fit(overlay, moving, weights);
+        return fit(overlay, moved, weights);
       },
       py::arg("target"), py::arg("moving"), py::arg("weights") = py::none(),
       py::arg("allow_mirror") = false,
