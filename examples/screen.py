@@ -94,16 +94,18 @@ def main(argv=None):
 
     pattern = heavy_atom_graph(sm.read_molfile(args.pattern))
     library = os.path.abspath(args.library)
-    if args.scheduler:
-        client = Client(args.scheduler)
-    else:
-        client = Client(LocalCluster(n_workers=args.workers, threads_per_worker=1,
-                                     processes=True, dashboard_address=None))
-    with client:
+    cluster = None
+    if not args.scheduler:
+        cluster = LocalCluster(n_workers=args.workers, threads_per_worker=1, processes=True,
+                               dashboard_address=None)
+    client = Client(args.scheduler or cluster)
+    try:
         results = screen(library, pattern, client, args.chunk_bytes, args.density,
                          tuple(args.seeds))
-        if not args.scheduler:
-            client.cluster.close()
+    finally:
+        client.close()  # before its cluster, which it would otherwise try to reach again
+        if cluster is not None:
+            cluster.close()
     out = open(args.output, "w") if args.output else sys.stdout
     failed = 0
     for number, result in enumerate(results, start=1):
