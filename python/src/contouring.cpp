@@ -195,7 +195,7 @@ or marching tetrahedra (method="tetrahedra", six per cell around its main diagon
 
 values[i, j, k] is the value at origin + (i, j, k) * spacing, so vertices are in the
 array's axis order, scaled by spacing: the layout of skimage.measure.marching_cubes.
-The values are copied once into the library's grid; the GIL is released while copying
+Values must be finite. The values are copied once into the library's grid; the GIL is released while copying
 and contouring. A node within 1e-6 of the level (absolute) counts as lying on it: divide
 data of very small magnitude by |level| and contour at +-1 to make that relative.
 
