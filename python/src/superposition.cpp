@@ -4,6 +4,7 @@
 
 #include "convert.hpp"
 #include "structmath/superposition/overlay_points.hpp"
+#include "structmath/superposition/qcp.hpp"
 
 namespace structmath::python {
 
@@ -153,6 +154,26 @@ max_deviation are not weighted.)doc")
 OverlayResult with rms, max_deviation, rotation and translation such that
 target ~ moving @ rotation.T + translation. Both are (N, 3) arrays; see Overlay.fit for
 the weights. With allow_mirror the fit may be a mirror image (det rotation = -1).)doc");
+
+  m.def(
+      "rmsd",
+      [](py::handle target, py::handle moving, py::handle weights) {
+        std::vector<Point> spare_target, spare_moving;
+        std::vector<Point> const& points = points_of(target, "target", 0, spare_target);
+        std::vector<Point> const& moved = points_of(moving, "moving", 1, spare_moving);
+        if (weights.is_none()) return qcp_rmsd(moved, points);
+        std::vector<double> const w =
+            to_doubles(weights, "weights", static_cast<py::ssize_t>(moved.size()));
+        return qcp_rmsd(moved, points, w);
+      },
+      py::arg("target"), py::arg("moving"), py::arg("weights") = py::none(),
+      R"doc(The least RMS deviation of moving from target, point i from point i, over all
+proper rotations and translations, without forming the rotation: the fast route when only
+the deviation is wanted (about twice as fast as overlay). By the quaternion characteristic
+polynomial; near a perfect fit the absolute error is about sqrt(1e-15 G / N), where G is
+the sum of both sets' squared distances from their centroids (a few 1e-7 for sets ten
+units across). A mirror image gets the deviation of the best proper rotation. With
+weights (N,), the weighted centroids and the weighted mean of squared deviations.)doc");
 }
 
 }  // namespace structmath::python

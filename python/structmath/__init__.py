@@ -42,6 +42,7 @@ from ._structmath import (
     read_sdf,
     read_xyz,
     rms_deviation,
+    rmsd,
     sdf_chunks,
     sphere_union_volume,
     subgraph_embeddings,

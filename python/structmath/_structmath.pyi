@@ -140,6 +140,7 @@ class Overlay:
 
 def overlay(target: ArrayLike, moving: ArrayLike, weights: Optional[ArrayLike] = None,
             allow_mirror: bool = False) -> OverlayResult: ...
+def rmsd(target: ArrayLike, moving: ArrayLike, weights: Optional[ArrayLike] = None) -> float: ...
 
 # volumes
 class VolumeResult:

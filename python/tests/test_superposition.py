@@ -39,6 +39,27 @@ def test_overlay_matches_an_svd_fit(n):
     assert np.linalg.det(fit.rotation) == pytest.approx(1.0)
 
 
+@pytest.mark.parametrize("shape", ["general", "planar", "linear", "mirror"])
+def test_rmsd_is_the_deviation_of_the_best_proper_fit(shape):
+    rng = np.random.default_rng(len(shape))
+    target = rng.uniform(-5, 5, size=(200, 3))
+    if shape == "planar":
+        target[:, 2] = 0.3 * target[:, 0] - 0.2 * target[:, 1]
+    if shape == "linear":
+        target = np.outer(rng.uniform(-5, 5, 200), [0.48, 0.6, 0.64])
+    moving = target @ random_rotation(rng).T + [1.0, 2.0, -3.0] + rng.normal(scale=0.1, size=(200, 3))
+    if shape == "mirror":
+        moving = moving * [1.0, 1.0, -1.0]
+    r, t = svd_fit(target, moving)
+    expected = np.sqrt(((moving @ r.T + t - target) ** 2).sum(axis=1).mean())
+    assert sm.rmsd(target, moving) == pytest.approx(expected, abs=1e-7)
+    weights = rng.uniform(0.5, 2.0, 200)
+    assert sm.rmsd(target, moving, np.ones(200)) == pytest.approx(sm.rmsd(target, moving), abs=1e-12)
+    assert sm.rmsd(target, moving, weights) > 0.0
+    with pytest.raises(ValueError, match="differ in size"):
+        sm.rmsd(target, moving[:-1])
+
+
 def test_mirror_images_fit_only_when_allowed():
     rng = np.random.default_rng(11)
     target = rng.normal(size=(12, 3))
