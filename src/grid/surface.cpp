@@ -290,9 +290,36 @@ struct Side {
 
 bool repeated(std::array<int, 3> const& c) { return c[0] == c[1] || c[1] == c[2] || c[0] == c[2]; }
 
+/// Orders items by their node pair (lo, hi), keeping the given order among equal pairs:
+/// a counting sort on lo, then a stable insertion sort on hi within each lo (a node of a
+/// surface has a handful of neighbours). Linear in the items and the nodes, where a
+/// comparison sort of a large surface's sides took most of its tidying. Returns where
+/// each lo's items start, with the end as a last entry.
+template <class Item, class Lo, class Hi>
+std::vector<std::size_t> sort_by_node_pair(std::vector<Item>& items, std::size_t node_count, Lo lo,
+                                           Hi hi) {
+  std::vector<std::size_t> start(node_count + 1, 0);
+  for (Item const& item : items) ++start[lo(item) + 1];
+  for (std::size_t n = 0; n < node_count; ++n) start[n + 1] += start[n];
+  std::vector<Item> sorted(items.size());
+  std::vector<std::size_t> next(start.begin(), start.end() - 1);
+  for (Item const& item : items) sorted[next[lo(item)]++] = item;
+  for (std::size_t n = 0; n < node_count; ++n) {
+    for (std::size_t i = start[n] + 1; i < start[n + 1]; ++i) {
+      Item const item = sorted[i];
+      std::size_t j = i;
+      for (; j > start[n] && hi(sorted[j - 1]) > hi(item); --j) sorted[j] = sorted[j - 1];
+      sorted[j] = item;
+    }
+  }
+  items.swap(sorted);
+  return start;
+}
+
 /// The sides of every triangle without a repeated node, grouped by node pair (sorted by
 /// key, then triangle).
-std::vector<Side> sorted_sides(std::vector<std::array<int, 3>> const& corners) {
+std::vector<Side> sorted_sides(std::vector<std::array<int, 3>> const& corners,
+                               std::size_t node_count) {
   std::vector<Side> sides;
   sides.reserve(3 * corners.size());
   for (std::size_t t = 0; t < corners.size(); ++t) {
@@ -304,9 +331,10 @@ std::vector<Side> sorted_sides(std::vector<std::array<int, 3>> const& corners) {
       sides.push_back({pair_key(a, b), static_cast<int>(t), a < b});
     }
   }
-  std::sort(sides.begin(), sides.end(), [](Side const& x, Side const& y) {
-    return x.key != y.key ? x.key < y.key : x.triangle < y.triangle;
-  });
+  // Triangles are visited in order, so equal keys already stand in triangle order.
+  sort_by_node_pair(
+      sides, node_count, [](Side const& x) { return static_cast<std::size_t>(x.key >> 32); },
+      [](Side const& x) { return static_cast<std::uint32_t>(x.key); });
   return sides;
 }
 
@@ -408,11 +436,17 @@ int Surface::remove_unused_edges() {
     used.push_back(pair_key(n[1], n[2]));
     used.push_back(pair_key(n[0], n[2]));
   }
-  std::sort(used.begin(), used.end());
+  std::vector<std::size_t> const start = sort_by_node_pair(
+      used, positions_.size(),
+      [](std::uint64_t key) { return static_cast<std::size_t>(key >> 32); },
+      [](std::uint64_t key) { return static_cast<std::uint32_t>(key); });
   std::size_t kept = 0;
   for (std::size_t e = 0; e < sides_.size(); ++e) {
     std::array<int, 2> const side = sides_[e];
-    if (!std::binary_search(used.begin(), used.end(), pair_key(side[0], side[1]))) {
+    std::uint64_t const key = pair_key(side[0], side[1]);
+    auto const lo = static_cast<std::size_t>(key >> 32);
+    if (!std::binary_search(used.begin() + static_cast<std::ptrdiff_t>(start[lo]),
+                            used.begin() + static_cast<std::ptrdiff_t>(start[lo + 1]), key)) {
       detach_edge(static_cast<int>(e));
       continue;
     }
@@ -469,7 +503,7 @@ int Surface::remove_unused_nodes() {
 }
 
 int Surface::orient_triangles() {
-  std::vector<Side> const sides = sorted_sides(corners_);
+  std::vector<Side> const sides = sorted_sides(corners_, positions_.size());
   std::size_t const count = corners_.size();
 
   // Neighbours across sides of exactly two triangles, with whether the pair runs
@@ -479,15 +513,17 @@ int Surface::orient_triangles() {
     int other;
     bool same_direction;
   };
-  std::vector<std::vector<Link>> links(count);
+  // At most one neighbour across each of a triangle's three sides.
+  std::vector<std::array<Link, 3>> links(count);
+  std::vector<unsigned char> link_count(count, 0);
   std::vector<char> on_open_side(count, 0);
   for_each_side_group(sides, [&](std::size_t first, std::size_t n) {
     if (n == 2) {
       Side const& x = sides[first];
       Side const& y = sides[first + 1];
       bool const same = x.forward == y.forward;
-      links[at(x.triangle)].push_back({y.triangle, same});
-      links[at(y.triangle)].push_back({x.triangle, same});
+      links[at(x.triangle)][link_count[at(x.triangle)]++] = {y.triangle, same};
+      links[at(y.triangle)][link_count[at(y.triangle)]++] = {x.triangle, same};
     } else {
       for (std::size_t s = first; s < first + n; ++s) on_open_side[at(sides[s].triangle)] = 1;
     }
@@ -505,7 +541,8 @@ int Surface::orient_triangles() {
     for (std::size_t next = 0; next < piece.size(); ++next) {
       auto const t = at(piece[next]);
       if (on_open_side[t]) closed = false;
-      for (Link const& link : links[t]) {
+      for (unsigned char l = 0; l < link_count[t]; ++l) {
+        Link const& link = links[t][l];
         auto const u = at(link.other);
         if (visited[u]) continue;
         visited[u] = 1;
@@ -567,7 +604,7 @@ SurfaceTopology Surface::topology() const {
     ++report.vertices;
     if (find_root(parent, static_cast<int>(n)) == static_cast<int>(n)) ++report.components;
   }
-  std::vector<Side> const sides = sorted_sides(corners_);
+  std::vector<Side> const sides = sorted_sides(corners_, positions_.size());
   for_each_side_group(sides, [&](std::size_t first, std::size_t n) {
     ++report.edges;
     if (n == 1) ++report.boundary_edges;
