@@ -84,21 +84,29 @@ std::vector<Point> to_points(py::handle value, char const* what) {
   return points;
 }
 
+Point const* points_in_place(py::handle value, std::size_t& n) {
+  // A C-contiguous, aligned, native float64 (N, 3) array is N Points as they lie in
+  // memory (a Point is three doubles with nothing else).
+  if (!py::detail::npy_api::get().PyArray_Check_(value.ptr())) return nullptr;
+  auto const* a = py::detail::array_proxy(value.ptr());
+  auto const* d = py::detail::array_descriptor_proxy(a->descr);
+  int const wanted =
+      py::detail::npy_api::NPY_ARRAY_C_CONTIGUOUS_ | py::detail::npy_api::NPY_ARRAY_ALIGNED_;
+  if (a->nd != 2 || a->dimensions[1] != 3 || d->type_num != py::detail::npy_api::NPY_DOUBLE_ ||
+      d->byteorder == '>' || (a->flags & wanted) != wanted) {
+    return nullptr;
+  }
+  n = static_cast<std::size_t>(a->dimensions[0]);
+  return reinterpret_cast<Point const*>(a->data);
+}
+
 void to_points(py::handle value, char const* what, std::vector<Point>& points) {
-  // The common case, a C-contiguous native float64 (N, 3) array, is one memcpy with no
-  // further checks: small fits are measured in microseconds.
-  if (py::detail::npy_api::get().PyArray_Check_(value.ptr())) {
-    auto const* a = py::detail::array_proxy(value.ptr());
-    auto const* d = py::detail::array_descriptor_proxy(a->descr);
-    int const wanted =
-        py::detail::npy_api::NPY_ARRAY_C_CONTIGUOUS_ | py::detail::npy_api::NPY_ARRAY_ALIGNED_;
-    if (a->nd == 2 && a->dimensions[1] == 3 && d->type_num == py::detail::npy_api::NPY_DOUBLE_ &&
-        d->byteorder != '>' && (a->flags & wanted) == wanted) {
-      auto const n = static_cast<std::size_t>(a->dimensions[0]);
-      points.resize(n);
-      if (n > 0) std::memcpy(static_cast<void*>(points.data()), a->data, n * sizeof(Point));
-      return;
-    }
+  // The common case is one memcpy with no further checks: small fits are measured in
+  // microseconds.
+  std::size_t count = 0;
+  if (Point const* in_place = points_in_place(value, count)) {
+    points.assign(in_place, in_place + count);
+    return;
   }
   DoubleArray const a = coordinate_array(value, what);
   auto const n = static_cast<std::size_t>(a.shape[0]);

@@ -44,6 +44,10 @@ DoubleArray coordinate_array(py::handle value, char const* what);
 std::vector<Point> to_points(py::handle value, char const* what);
 /// As to_points, into `out` (its capacity reused: no allocation when it is large enough).
 void to_points(py::handle value, char const* what, std::vector<Point>& out);
+/// The points of a C-contiguous, aligned, native float64 (N, 3) array where they lie,
+/// with N in n; nullptr for anything else (convert it with to_points). Valid while the
+/// array lives and is not resized.
+Point const* points_in_place(py::handle value, std::size_t& n);
 /// A one-dimensional float64 array as doubles; ValueError unless it has `expected` entries
 /// (any length when negative).
 std::vector<double> to_doubles(py::handle value, char const* what, py::ssize_t expected = -1);

@@ -38,16 +38,18 @@ std::vector<Point> const& points_of(py::handle value, char const* what, int slot
   return spare;
 }
 
-OverlayResult fit(OverlayPoints& overlay, std::vector<Point> const& points, py::handle weights) {
+OverlayResult fit(OverlayPoints& overlay, Point const* points, std::size_t n, py::handle weights) {
   std::vector<double> w;
+  std::vector<Point> weighted_points;
   if (!weights.is_none()) {
-    w = to_doubles(weights, "weights", static_cast<py::ssize_t>(points.size()));
+    w = to_doubles(weights, "weights", static_cast<py::ssize_t>(n));
+    weighted_points.assign(points, points + n);
   }
   auto const run = [&] {
     if (weights.is_none()) {
-      overlay.fit(points);
+      overlay.fit(points, n);
     } else {
-      overlay.fit(points, w);
+      overlay.fit(weighted_points, w);
     }
     OverlayResult result;
     result.rms = overlay.rms();
@@ -55,7 +57,7 @@ OverlayResult fit(OverlayPoints& overlay, std::vector<Point> const& points, py::
     result.transformation = *overlay.transformation();
     return result;
   };
-  if (points.size() < release_from) return run();
+  if (n < release_from) return run();
   py::gil_scoped_release unlocked;
   return run();
 }
@@ -122,8 +124,13 @@ A fit changes the object (without the GIL): give each thread its own.)doc")
       .def(
           "fit",
           [](OverlayPoints& overlay, py::handle moving, py::handle weights) {
+            std::size_t n = 0;
+            if (Point const* in_place = points_in_place(moving, n)) {
+              return fit(overlay, in_place, n, weights);
+            }
             std::vector<Point> spare;
-            return fit(overlay, points_of(moving, "moving", 0, spare), weights);
+            std::vector<Point> const& points = points_of(moving, "moving", 0, spare);
+            return fit(overlay, points.data(), points.size(), weights);
           },
           py::arg("moving"), py::arg("weights") = py::none(),
           R"doc(Fits moving, an (N, 3) array with at least as many points as the target
@@ -137,16 +144,27 @@ max_deviation are not weighted.)doc")
   m.def(
       "overlay",
       [](py::handle target, py::handle moving, py::handle weights, bool allow_mirror) {
+        // Arrays laid out as points are read where they lie; others are converted.
         std::vector<Point> spare_target, spare_moving;
-        std::vector<Point> const& points = points_of(target, "target", 0, spare_target);
-        std::vector<Point> const& moved = points_of(moving, "moving", 1, spare_moving);
-        if (moved.size() != points.size()) {
-          throw py::value_error("moving must have as many points as target (" +
-                                std::to_string(points.size()) + "), got " +
-                                std::to_string(moved.size()));
+        std::size_t nt = 0, nm = 0;
+        Point const* target_points = points_in_place(target, nt);
+        if (target_points == nullptr) {
+          std::vector<Point> const& points = points_of(target, "target", 0, spare_target);
+          target_points = points.data();
+          nt = points.size();
         }
-        OverlayPoints overlay(points, allow_mirror);
-        return fit(overlay, moved, weights);
+        Point const* moving_points = points_in_place(moving, nm);
+        if (moving_points == nullptr) {
+          std::vector<Point> const& moved = points_of(moving, "moving", 1, spare_moving);
+          moving_points = moved.data();
+          nm = moved.size();
+        }
+        if (nm != nt) {
+          throw py::value_error("moving must have as many points as target (" + std::to_string(nt) +
+                                "), got " + std::to_string(nm));
+        }
+        OverlayPoints overlay(target_points, nt, allow_mirror);
+        return fit(overlay, moving_points, nm, weights);
       },
       py::arg("target"), py::arg("moving"), py::arg("weights") = py::none(),
       py::arg("allow_mirror") = false,

@@ -49,6 +49,14 @@ OverlayPoints::OverlayPoints(std::vector<Point> const& target, bool inversion_al
   for (Point& p : target_) p -= target_centroid_.vector();
 }
 
+OverlayPoints::OverlayPoints(Point const* target, std::size_t n, bool inversion_allowed)
+    : translation_(0.0, 0.0, 0.0),
+      target_(target, target + n),
+      inversion_allowed_(inversion_allowed) {
+  target_centroid_ = centroid(non_empty(target_));
+  for (Point& p : target_) p -= target_centroid_.vector();
+}
+
 OverlayPoints::~OverlayPoints() = default;
 
 void OverlayPoints::check_input_size(unsigned int n) const {
@@ -68,10 +76,16 @@ void OverlayPoints::check_weights_size(unsigned int n) const {
   }
 }
 
-double OverlayPoints::fit(std::vector<Point> const& points) { return fit_points(points, nullptr); }
+double OverlayPoints::fit(std::vector<Point> const& points) {
+  return fit_points(points.data(), points.size(), nullptr);
+}
 
 double OverlayPoints::fit(std::vector<Point> const& points, std::vector<double> const& weights) {
-  return fit_points(points, &weights);
+  return fit_points(points.data(), points.size(), &weights);
+}
+
+double OverlayPoints::fit(Point const* points, std::size_t n) {
+  return fit_points(points, n, nullptr);
 }
 
 namespace {
@@ -122,7 +136,7 @@ inline double root_mean(double sum, std::size_t n) noexcept {
 }  // namespace
 
 template <bool Weighted>
-double OverlayPoints::fit_passes(std::vector<Point> const& points, double const* weights) {
+double OverlayPoints::fit_passes(Point const* points, double const* weights) {
   // Three passes over the points instead of one per step, nothing stored per point (the
   // centred point is formed again in the third pass, to the same bits). Every sum is
   // still formed in index order from 0.0 with the same terms as centroid, rms_distance,
@@ -130,7 +144,7 @@ double OverlayPoints::fit_passes(std::vector<Point> const& points, double const*
   // deviation, the centroid and the rotation are the same to the last bit.
   std::size_t const n = target_.size();
   Point const* const q = target_.data();
-  Point const* const p = points.data();
+  Point const* const p = points;
 
   // Pass 1: the first candidate (the points as they are) and the centroid.
   double sum = 0.0;
@@ -232,9 +246,9 @@ double OverlayPoints::fit_passes(std::vector<Point> const& points, double const*
   return rms_;
 }
 
-double OverlayPoints::fit_points(std::vector<Point> const& points,
+double OverlayPoints::fit_points(Point const* points, std::size_t n,
                                  std::vector<double> const* weights) {
-  check_input_size(count(points.size()));
+  check_input_size(count(n));
   if (weights != nullptr) {
     check_weights_size(count(weights->size()));
     return fit_passes<true>(points, weights->data());

@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <stdexcept>
 #include <string>
 #include <utility>
@@ -89,6 +90,35 @@ TEST(OverlayPoints, RejectsEmptyTargetsAndShortInputsKeepingThePreviousFit) {
   EXPECT_EQ(message_of([&] { overlay.rmatrix(four); }), few_points);
   EXPECT_EQ(message_of([&] { overlay.rmatrix(target, {1, 1, 1, 1}); }), few_weights);
   EXPECT_EQ(overlay.rms(), rms);  // a rejected fit leaves the previous one in place
+}
+
+// Callers holding coordinates in arrays of their own (the Python module's NumPy
+// arrays) construct and fit from a pointer and a count: the same fit to the bit.
+template <typename T>
+bool same_bits(T const& a, T const& b) {
+  return std::memcmp(&a, &b, sizeof(T)) == 0;
+}
+
+TEST(OverlayPoints, PointerFormsGiveTheVectorFormsFitsExactly) {
+  std::vector<Point> const target{Point(0.3, 0, 0), Point(1, 0.2, 0), Point(0, 2, 0.1),
+                                  Point(0, 0.4, 3), Point(1, 1, 1),   Point(-2, 0.5, 1)};
+  std::vector<Point> const moving = moved(target, mirror_x, Vector3D(1, 2, 3));
+  for (bool const mirror : {false, true}) {
+    OverlayPoints by_vector(target, mirror);
+    OverlayPoints by_pointer(target.data(), target.size(), mirror);
+    EXPECT_TRUE(same_bits(by_pointer.target_centroid(), by_vector.target_centroid()));
+    EXPECT_EQ(by_pointer.fit(moving.data(), moving.size()), by_vector.fit(moving));
+    EXPECT_EQ(by_pointer.maximum_deviation(), by_vector.maximum_deviation());
+    EXPECT_TRUE(same_bits(by_pointer.rotation(), by_vector.rotation()));
+    EXPECT_TRUE(same_bits(by_pointer.translation(), by_vector.translation()));
+    double const rms = by_pointer.rms();
+    EXPECT_EQ(message_of([&] { by_pointer.fit(moving.data(), 5); }),
+              "Cannot overlay fewer(5) points than are in the target(6) "
+              "OverlayPoints::check_input_size");
+    EXPECT_EQ(by_pointer.rms(), rms);
+  }
+  EXPECT_EQ(message_of([&] { OverlayPoints(target.data(), 0, false); }),
+            "No points to overlay in OverlayPoints::OverlayPoints");
 }
 
 TEST(OverlayPoints, CorrelationPairsTargetRowsWithMovingColumnsAndSmallOnesGiveNoRotation) {

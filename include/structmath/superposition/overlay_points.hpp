@@ -40,6 +40,9 @@ class STRUCTMATH_API OverlayPoints {
   /// points to overlay in OverlayPoints::OverlayPoints") when the target is empty.
   /// With inversion_allowed a fit may be a mirror image (an improper rotation).
   OverlayPoints(std::vector<Point> const& target, bool inversion_allowed);
+  /// As above for the n points at `target` (coordinates held in an array of the
+  /// caller's, three doubles per point), copied once.
+  OverlayPoints(Point const* target, std::size_t n, bool inversion_allowed);
   OverlayPoints(OverlayPoints const&) = default;
   OverlayPoints& operator=(OverlayPoints const&) = default;
   virtual ~OverlayPoints();
@@ -54,6 +57,9 @@ class STRUCTMATH_API OverlayPoints {
   /// the rotation only, not where the set sits). The weighted RMS is divided by the
   /// number of points, not by the sum of the weights. Also throws as check_weights_size.
   double fit(std::vector<Point> const& points, std::vector<double> const& weights);
+  /// As fit(points) for the n points at `points`, read in place: a caller holding
+  /// coordinates in an array of its own need not copy them into a vector first.
+  double fit(Point const* points, std::size_t n);
 
   /// The correlation matrix, element (i, j) = sum_k target[k][i] * points[k][j], of the
   /// centred target and the given points (centre them first). Throws as check_input_size.
@@ -111,9 +117,9 @@ class STRUCTMATH_API OverlayPoints {
   bool inversion_allowed() const noexcept { return inversion_allowed_; }
 
  private:
-  double fit_points(std::vector<Point> const& points, std::vector<double> const* weights);
+  double fit_points(Point const* points, std::size_t n, std::vector<double> const* weights);
   template <bool Weighted>
-  double fit_passes(std::vector<Point> const& points, double const* weights);
+  double fit_passes(Point const* points, double const* weights);
   Matrix3D correlation(std::vector<Point> const& points, std::vector<double> const* weights) const;
   Matrix3D rotation_from(Matrix3D const& r) const;
   Transformation current_transformation() const noexcept;
