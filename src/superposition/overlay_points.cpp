@@ -13,6 +13,8 @@
 #include "structmath/geometry/geometry_functions.hpp"
 #include "structmath/numeric/linear_algebra.hpp"
 
+#include "lanes.hpp"
+
 namespace structmath {
 
 namespace {
@@ -90,23 +92,9 @@ double OverlayPoints::fit(Point const* points, std::size_t n) {
 
 namespace {
 
-// Two doubles side by side, x and y of a point or two rows of a matrix, for the passes of
-// a fit: each lane is computed exactly as the scalar expression would be (plain IEEE
-// additions, subtractions and products), so pairing changes no bit of any sum.
-#if defined(__GNUC__)
-typedef double Lanes __attribute__((vector_size(16)));
-inline Lanes lanes(double a, double b) noexcept { return Lanes{a, b}; }
-#else
-struct Lanes {
-  double v[2];
-  double operator[](int i) const noexcept { return v[i]; }
-};
-inline Lanes lanes(double a, double b) noexcept { return Lanes{{a, b}}; }
-inline Lanes operator+(Lanes a, Lanes b) noexcept { return lanes(a[0] + b[0], a[1] + b[1]); }
-inline Lanes operator-(Lanes a, Lanes b) noexcept { return lanes(a[0] - b[0], a[1] - b[1]); }
-inline Lanes operator*(Lanes a, Lanes b) noexcept { return lanes(a[0] * b[0], a[1] * b[1]); }
-inline Lanes& operator+=(Lanes& a, Lanes b) noexcept { return a = a + b; }
-#endif
+// x and y of a point, or two rows of a matrix, in Lanes.
+using detail::Lanes;
+using detail::lanes;
 
 inline Lanes both(double a) noexcept { return lanes(a, a); }
 inline Lanes xy(Point const& p) noexcept { return lanes(p[0], p[1]); }

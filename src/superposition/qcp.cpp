@@ -9,26 +9,16 @@
 #include <string>
 #include <utility>
 
+#include "lanes.hpp"
+
 namespace structmath {
 
 namespace {
 
-// Two doubles side by side; here lane 0 belongs to one point and lane 1 to the next, so
-// every sum is gathered in two halves.
-#if defined(__GNUC__)
-typedef double Lanes __attribute__((vector_size(16)));
-inline Lanes lanes(double a, double b) noexcept { return Lanes{a, b}; }
-#else
-struct Lanes {
-  double v[2];
-  double operator[](int i) const noexcept { return v[i]; }
-};
-inline Lanes lanes(double a, double b) noexcept { return Lanes{{a, b}}; }
-inline Lanes operator+(Lanes a, Lanes b) noexcept { return lanes(a[0] + b[0], a[1] + b[1]); }
-inline Lanes operator-(Lanes a, Lanes b) noexcept { return lanes(a[0] - b[0], a[1] - b[1]); }
-inline Lanes operator*(Lanes a, Lanes b) noexcept { return lanes(a[0] * b[0], a[1] * b[1]); }
-inline Lanes& operator+=(Lanes& a, Lanes b) noexcept { return a = a + b; }
-#endif
+// Here lane 0 belongs to one point and lane 1 to the next, so every sum is gathered in
+// two halves.
+using detail::Lanes;
+using detail::lanes;
 
 inline double total(Lanes a) noexcept { return a[0] + a[1]; }
 
